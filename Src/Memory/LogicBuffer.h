@@ -1,0 +1,65 @@
+// The byte window: what was kept from earlier chunks, and the caller's chunk behind it, under one index.
+#ifndef FRAMESIFT_SRC_MEMORY_LOGICBUFFER_H
+#define FRAMESIFT_SRC_MEMORY_LOGICBUFFER_H
+
+#include "Memory/BufferBase.h"
+#include "Memory/DynamicBuffer.h"
+
+namespace Marvane::FrameSift {
+
+// The seam between the two parts moves towards the chunk's end as ranges that cross it are asked for. A pointer from
+// GetData stays readable until the next JoinData, however often the front part grows meanwhile.
+class CLogicBuffer final : public IBufferBase
+{
+public:
+    int InitBuffer(int nSize) override;
+
+    // Attaches the caller's chunk behind the bytes kept; the chunk is not copied. 13 for null and for more bytes than an
+    // index can count, 6 for a negative length; the window is then as it was, without the chunk's bytes.
+    int JoinData(uint8_t* pData, int nLen) override;
+
+    // No packet ever reaches a window.
+    int JoinData(CPacket&) override { return -1; }
+    int GetPacketBuffer(int, int, CPacket&) override { return 0; }
+    int GetPacket(int, int, std::deque<CPacket>&) override { return -1; }
+
+    // nLen bytes in one piece, or null if the window does not have them.
+    uint8_t* GetData(int nIndex, int nLen) override;
+    uint32_t Size() override { return static_cast<uint32_t>(WindowSize()); }
+    uint32_t MaxSize() override;
+    uint8_t GetByte(int nIndex) override;
+    uint8_t operator[](int nIndex) override { return GetByte(nIndex); }
+    int SetCurParseIndex(int nIndex) override { return SaveRemainData(nIndex); }
+    int ClearBuffer() override;
+    int MoveRemainBufferToFixBuffer() override;
+
+    // Ends a cycle: the bytes from nIndex on are copied for the next one, and the window stays as it is. Once a cycle:
+    // a second call keeps a second copy behind the first. 13 without a chunk or memory, 6 for an index outside the
+    // window.
+    int SaveRemainData(int nIndex) override;
+    bool IsIndexValid(int nIndex) override { return nIndex >= 0 && nIndex <= WindowSize(); }
+    bool IsLengthValid(int nLen) override { return nLen >= 0 && nLen <= WindowSize(); }
+    bool IsParameterValid(int nIndex, int nLen) override;
+    int GetRemainData(uint8_t** ppData, int* pLen) override;
+    int SetKeyPos(int nStreamPos, int nFramePos) override;
+    int GetKeyPos(int64_t& nStreamPos, int64_t& nFramePos) override;
+    int64_t GetDeletedLen() override { return m_nHasDeletedDataLen; }
+    std::span<const uint8_t> GetRun(int nIndex) override;
+
+private:
+    int64_t WindowSize() const { return int64_t{m_nNewBufferLen} + m_fixBuffer.GetDataLen(); }
+
+    bool m_bMemReAlloc_prevPointerChange = false; // set at the first growth below a queued frame, never cleared
+    uint8_t* m_pNewBuffer = nullptr;              // the caller's; the part not yet in m_fixBuffer
+    int32_t m_nNewBufferLen = 0;
+    CDynamicBuffer m_fixBuffer;    // the window's front part
+    CDynamicBuffer m_remainBuffer; // what the next cycle starts from
+    uint32_t m_nNeedToDel = 0;     // consumed bytes, counted at the next join
+    int64_t m_nFrameStartPos = 0;  // of the last frame, within the window
+    int64_t m_nStreamStartPos = 0;
+    int64_t m_nHasDeletedDataLen = 0; // stream offset of the window's first byte
+};
+
+} // namespace Marvane::FrameSift
+
+#endif

@@ -1,0 +1,103 @@
+// Colour description: the code points of ITU-T H.273, as H.26x streams carry them, and the compact codes of our
+// records.
+#ifndef FRAMESIFT_SRC_TOOLS_HXXXCODES_H
+#define FRAMESIFT_SRC_TOOLS_HXXXCODES_H
+
+#include <cstdint>
+
+namespace Marvane::FrameSift {
+
+// ITU-T H.273, table 2. On the wire, never renumber.
+enum hxxx_colour_primaries : uint8_t
+{
+    HXXX_PRIMARIES_RESERVED_0 = 0,
+    HXXX_PRIMARIES_BT709 = 1,
+    HXXX_PRIMARIES_UNSPECIFIED = 2,
+    HXXX_PRIMARIES_RESERVED_3 = 3,
+    HXXX_PRIMARIES_BT470M = 4,
+    HXXX_PRIMARIES_BT470BG = 5,
+    HXXX_PRIMARIES_BT601_525 = 6,
+    HXXX_PRIMARIES_SMTPE_240M = 7,
+    HXXX_PRIMARIES_GENERIC_FILM = 8,
+    HXXX_PRIMARIES_BT2020 = 9,
+    HXXX_PRIMARIES_SMPTE_ST_428 = 10,
+    HXXX_PRIMARIES_SMPTE_RP_431 = 11,
+    HXXX_PRIMARIES_SMPTE_EG_432 = 12,
+    HXXX_PRIMARIES_EBU_3213 = 22
+};
+
+// ITU-T H.273, table 3. On the wire, never renumber.
+enum hxxx_transfer_characteristics : uint8_t
+{
+    HXXX_TRANSFER_RESERVED_0 = 0,
+    HXXX_TRANSFER_BT709 = 1,
+    HXXX_TRANSFER_UNSPECIFIED = 2,
+    HXXX_TRANSFER_RESERVED_3 = 3,
+    HXXX_TRANSFER_BT470M = 4,
+    HXXX_TRANSFER_BT470BG = 5,
+    HXXX_TRANSFER_BT601_525 = 6,
+    HXXX_TRANSFER_SMTPE_240M = 7,
+    HXXX_TRANSFER_LINEAR = 8,
+    HXXX_TRANSFER_LOG_100 = 9,
+    HXXX_TRANSFER_LOG_316 = 10,
+    HXXX_TRANSFER_IEC61966_2_4 = 11,
+    HXXX_TRANSFER_BT1361 = 12,
+    HXXX_TRANSFER_IEC61966_2_1 = 13,
+    HXXX_TRANSFER_BT2020_V14 = 14,
+    HXXX_TRANSFER_BT2020_V15 = 15,
+    HXXX_TRANSFER_SMPTE_ST_2084 = 16,
+    HXXX_TRANSFER_SMPTE_ST_428 = 17,
+    HXXX_TRANSFER_ARIB_STD_B67 = 18
+};
+
+// ITU-T H.273, table 4. On the wire, never renumber.
+enum hxxx_matrix_coeffs : uint8_t
+{
+    HXXX_MATRIX_IDENTITY = 0,
+    HXXX_MATRIX_BT709 = 1,
+    HXXX_MATRIX_UNSPECIFIED = 2,
+    HXXX_MATRIX_RESERVED_3 = 3,
+    HXXX_MATRIX_FCC = 4,
+    HXXX_MATRIX_BT470BG = 5,
+    HXXX_MATRIX_BT601_525 = 6,
+    HXXX_MATRIX_SMTPE_240M = 7,
+    HXXX_MATRIX_YCGCO = 8,
+    HXXX_MATRIX_BT2020_NCL = 9,
+    HXXX_MATRIX_BT2020_CL = 10,
+    HXXX_MATRIX_SMPTE_ST_2085 = 11,
+    HXXX_MATRIX_CHROMA_DERIVED_NCL = 12,
+    HXXX_MATRIX_CHROMA_DERIVED_CL = 13,
+    HXXX_MATRIX_ICTCP = 14
+};
+
+// What nColorPrimaries, nColorTransfer and nColorSpace of a frame record hold. Numbers between these are taken by codes
+// that no stream is mapped to.
+enum KX_COLOR_PRIMARIES : uint8_t
+{
+    KX_COLOR_PRIMARIES_UNDEF = 0,
+    KX_COLOR_PRIMARIES_BT601_625 = 2,
+    KX_COLOR_PRIMARIES_BT709 = 3,
+    KX_COLOR_PRIMARIES_BT2020 = 4
+};
+
+enum KX_TRANSFER_FUNC : uint8_t
+{
+    KX_TRANSFER_FUNC_UNDEF = 0,
+    KX_TRANSFER_FUNC_LINEAR = 1,
+    KX_TRANSFER_FUNC_SRGB = 2,
+    KX_TRANSFER_FUNC_BT709 = 5,
+    KX_TRANSFER_FUNC_SMPTE_ST2084 = 6,
+    KX_TRANSFER_FUNC_HLG = 8
+};
+
+enum KX_COLOR_SPACE : uint8_t
+{
+    KX_COLOR_SPACE_UNDEF = 0,
+    KX_COLOR_SPACE_BT601 = 1,
+    KX_COLOR_SPACE_BT709 = 2,
+    KX_COLOR_SPACE_BT2020 = 3
+};
+
+} // namespace Marvane::FrameSift
+
+#endif
