@@ -1,0 +1,21 @@
+// Names for the codes of a frame record. A code without a name is printed as its number.
+#ifndef FRAMESIFT_APP_FRAMES_CODENAMES_H
+#define FRAMESIFT_APP_FRAMES_CODENAMES_H
+
+#include <cstdint>
+#include <string>
+
+namespace Marvane::FrameSift {
+
+// The names are part of the output that scripts read: add some, but change none.
+std::string FrameTypeName(int32_t nFrameType);   // KX_FRAME_TYPE_*
+std::string StreamTypeName(int32_t nStreamType); // KX_STREAM_TYPE_*
+std::string ErrorName(int32_t nErrorFlags);      // KX_ERROR_FLAGS_*; empty for a sound frame
+
+// These depend on the frame type. Empty if the frame has none: audio knows no subtypes, data no codecs.
+std::string SubTypeName(int32_t nFrameType, int32_t nFrameSubType);
+std::string CodecName(int32_t nFrameType, int32_t nFrameEncodeType);
+
+} // namespace Marvane::FrameSift
+
+#endif

@@ -1,0 +1,41 @@
+// What a listing says at its end.
+#ifndef FRAMESIFT_APP_FRAMES_FRAMESUMMARY_H
+#define FRAMESIFT_APP_FRAMES_FRAMESUMMARY_H
+
+#include <map>
+#include <optional>
+#include <string>
+
+#include "FrameWriter/RecordingClock.h"
+#include "Frames/FrameSource.h"
+
+namespace Marvane::FrameSift {
+
+// Counts every frame that was found, whether the listing shows it or not.
+class CFrameSummary
+{
+public:
+    void Count(const LISTED_FRAME& listed);
+    // Some lines for a reader. nBytes: how much of the stream was read; nUnfinished: how much of it, at its end, waits for
+    // the rest of a frame.
+    std::string Text(int32_t nStreamType, uint64_t nBytes, uint64_t nUnfinished) const;
+
+private:
+    void CountTime(const KX_TIME& time);
+    std::string FramesText() const;
+    std::string DamageText(uint64_t nOutside) const;
+    std::string TimeSpanText() const;
+
+    uint64_t m_nFrames = 0;
+    uint64_t m_nDamaged = 0;
+    uint64_t m_nFrameBytes = 0;
+    std::map<int32_t, uint64_t> m_framesByType;
+    std::map<int32_t, uint64_t> m_videoBySubType;
+    std::map<int32_t, uint64_t> m_damageByFlag;
+    std::optional<KX_TIME> m_earliest; // of the sound frames
+    std::optional<KX_TIME> m_latest;
+};
+
+} // namespace Marvane::FrameSift
+
+#endif

@@ -1,0 +1,16 @@
+// Pieces of text that several printers need.
+#ifndef FRAMESIFT_APP_FRAMES_FRAMETEXT_H
+#define FRAMESIFT_APP_FRAMES_FRAMETEXT_H
+
+#include <string>
+
+#include "framesift/framesift.h"
+
+namespace Marvane::FrameSift {
+
+// "2026-01-31T10:00:00.250", as the recording's clock says; empty for a time that does not exist.
+std::string TimeText(const KX_TIME& time);
+
+} // namespace Marvane::FrameSift
+
+#endif

@@ -1,0 +1,105 @@
+#include "Frames/FramesCommand.h"
+
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <limits>
+
+namespace Marvane::FrameSift {
+
+namespace {
+
+constexpr const char* sc_example =
+    "Example:\n"
+    "  framesift frames --keys-only recording.zoav\n"
+    "  framesift frames --json - < recording.zoav | jq 'select(.error != null) | .offset'\n"
+    "\n"
+    "The listing goes to standard output, the summary to standard error. Times are those of the recording's own "
+    "clock.\n"
+    "JSON holds one object in each line, with the record's own fields under \"raw\"; in file names, bytes that are no\n"
+    "printable UTF-8 stand as \\xNN and a backslash as \\\\. Exit codes: 0 done, 2 wrong usage, 3 cannot read or "
+    "write,\n"
+    "4 format not recognised.";
+
+constexpr int32_t sc_maxChunk = 1 << 30; // the library counts in 31 bits
+
+} // namespace
+
+CFramesCommand::CFramesCommand(CLI::App& app)
+    : m_pVerb(app.add_subcommand("frames", "List the frames of a recording or a stream"))
+{
+    m_pVerb->footer(sc_example);
+    m_pVerb->add_option("FILE", m_options.path, "The stream; - is standard input")->required();
+    m_pVerb->add_option("--chunk", m_options.nChunk, "Bytes fed at a time (default 1048576)")
+        ->check(CLI::Range(1, sc_maxChunk));
+    DeclareForm();
+    DeclareFilter();
+    DeclareLog();
+}
+
+void CFramesCommand::DeclareForm()
+{
+    auto* pJson = m_pVerb->add_flag_callback(
+        "--json", [this] { m_options.eForm = LISTING_FORM::Json; }, "One JSON object in each line");
+    auto* pCsv = m_pVerb->add_flag_callback(
+        "--csv", [this] { m_options.eForm = LISTING_FORM::Csv; }, "Comma-separated, with a line of field names");
+    pJson->excludes(pCsv);
+}
+
+void CFramesCommand::DeclareFilter()
+{
+    const std::map<std::string, int32_t> types = {{"unknown", KX_FRAME_TYPE_UNKNOWN},
+                                                  {"video", KX_FRAME_TYPE_VIDEO},
+                                                  {"audio", KX_FRAME_TYPE_AUDIO},
+                                                  {"data", KX_FRAME_TYPE_DATA}};
+    m_pVerb
+        ->add_option_function<std::vector<std::string>>(
+            "--type",
+            [this, types](const std::vector<std::string>& names) {
+                for (const std::string& name : names) {
+                    const auto found = types.find(name);
+                    if (found == types.end())
+                        throw CLI::ValidationError("--type", "knows no kind \"" + name + "\"");
+                    m_options.filter.types.insert(found->second);
+                }
+            },
+            "Only these kinds: video, audio, data, unknown; several with commas")
+        ->delimiter(',')
+        ->allow_extra_args(false); // or it would take FILE too
+    m_pVerb->add_flag("--keys-only", m_options.filter.bKeysOnly, "Only frames that a decoder can start from");
+    m_pVerb->add_flag("--errors-only", m_options.filter.bErrorsOnly, "Only damaged frames");
+    m_pVerb->add_option("--limit", m_options.nLimit, "Stop after so many lines")
+        ->check(CLI::Range(int64_t{1}, std::numeric_limits<int64_t>::max()));
+}
+
+void CFramesCommand::DeclareLog()
+{
+    auto* pLog =
+        m_pVerb->add_option("--log", m_logDirectory, "Append the library's log to SiftKit.log in this directory")
+            ->check(CLI::ExistingDirectory)
+            ->check([](const std::string& directory) {
+                // The library stays silent about a log that it cannot open.
+                return access(directory.c_str(), W_OK) == 0 ? std::string() : "no right to write in " + directory;
+            });
+    m_pVerb->add_option("--log-level", m_nLogLevel, "1 fatal to 7 hidden (default 3, warn)")
+        ->check(CLI::Range(1, 7))
+        ->needs(pLog);
+}
+
+EXIT_CODE CFramesCommand::Run()
+{
+    if (!m_logDirectory.empty())
+        KX_CreatePrintLog(m_logDirectory.c_str(), static_cast<int32_t>(m_logDirectory.size()), nullptr, m_nLogLevel,
+                          nullptr);
+    try {
+        const std::string summary = ListFrames(m_options);
+        std::fputs(summary.c_str(), stderr);
+    } catch (const CClosedPipe& closed) {
+        fmt::print(stderr, "framesift: {}; stopped\n", closed.what());
+    }
+    return EXIT_CODE::Done;
+}
+
+} // namespace Marvane::FrameSift

@@ -1,0 +1,42 @@
+#include "Frames/ProgressBar.h"
+
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <string>
+
+namespace Marvane::FrameSift {
+
+namespace {
+
+constexpr uint64_t sc_largeInput = uint64_t{64} * 1024 * 1024; // less is read before a bar could be looked at
+constexpr size_t sc_width = 40;
+
+} // namespace
+
+CProgressBar::CProgressBar(uint64_t nTotal, bool bListingOnTerminal)
+    : m_nTotal(nTotal), m_bShown(nTotal >= sc_largeInput && !bListingOnTerminal && isatty(STDERR_FILENO) == 1)
+{}
+
+CProgressBar::~CProgressBar()
+{
+    if (m_bShown)
+        std::fputs("\r\033[K", stderr);
+}
+
+void CProgressBar::Update(uint64_t nDone)
+{
+    if (!m_bShown)
+        return;
+    const uint64_t nPercent = std::min<uint64_t>(100, nDone / (m_nTotal / 100)); // the file may have grown
+    if (nPercent == m_nPercent)
+        return;
+    m_nPercent = nPercent;
+    const auto nFilled = static_cast<size_t>(nPercent * sc_width / 100);
+    fmt::print(stderr, "\r[{}{}] {:3} %", std::string(nFilled, '#'), std::string(sc_width - nFilled, ' '), nPercent);
+    std::fflush(stderr);
+}
+
+} // namespace Marvane::FrameSift

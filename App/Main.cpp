@@ -1,0 +1,6 @@
+#include "Command.h"
+
+int main(int nArguments, char** pArguments)
+{
+    return Marvane::FrameSift::RunCommand(nArguments, pArguments);
+}

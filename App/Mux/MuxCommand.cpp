@@ -1,0 +1,156 @@
+#include "Mux/MuxCommand.h"
+
+#include <fmt/format.h>
+
+#include <cstdio>
+
+#include "FrameWriter/ExtHeads.h"
+#include "Mux/Muxer.h"
+
+namespace Marvane::FrameSift {
+
+namespace {
+
+constexpr const char* sc_example = "Example:\n"
+                                   "  framesift mux --video Samples/h264/cif_baseline_25.h264 --video-codec h264 \\\n"
+                                   "      --audio Samples/audio/g711a_8k_160.alaw --audio-codec g711a -o out.zoav\n"
+                                   "\n"
+                                   "A key picture becomes an I frame: IDR or I picture and recovery point in h264, "
+                                   "IDR, CRA or BLA in h265, I picture\n"
+                                   "elsewhere. Units follow each other at the given rate in the order of the stream. "
+                                   "Exit codes: 0 done, 2 wrong usage,\n"
+                                   "3 cannot read or write, 4 an input does not hold what was named.";
+
+constexpr uint32_t sc_maxChannels = 255;       // one byte on the wire
+constexpr uint32_t sc_maxAudioFrame = 1 << 20; // more than 3 s of the highest rate
+
+// An option whose text a function turns into a value; what it refuses is wrong usage.
+template <class PARSE, class STORE>
+CLI::Option* AddParsed(CLI::App& verb, const char* pName, const std::string& help, PARSE parse, STORE store)
+{
+    return verb.add_option_function<std::string>(
+        pName,
+        [=](const std::string& text) {
+            const auto value = parse(text);
+            if (!value)
+                throw CLI::ValidationError(pName, "cannot take \"" + text + "\"; it is: " + help);
+            store(*value);
+        },
+        help);
+}
+
+void ReportTrack(const char* pWhat, const CTrack* pTrack)
+{
+    if (pTrack == nullptr)
+        return;
+    const std::string& name = pTrack->Source().File().Name();
+    if (pTrack->Source().SkippedBytes() > 0)
+        fmt::print(stderr, "framesift: {}: {} bytes belong to no {} unit and were left out\n", name,
+                   pTrack->Source().SkippedBytes(), pWhat);
+    if (pTrack->LeftOut() > 0)
+        fmt::print(stderr, "framesift: {}: {} units in front of the first picture size were left out\n", name,
+                   pTrack->LeftOut());
+}
+
+} // namespace
+
+CMuxCommand::CMuxCommand(CLI::App& app) : m_pVerb(app.add_subcommand("mux", "Make a recording from elementary streams"))
+{
+    m_pVerb->footer(sc_example);
+    DeclareVideo();
+    DeclareAudio();
+    DeclareRecording();
+}
+
+void CMuxCommand::DeclareVideo()
+{
+    auto* pVideo = m_pVerb->add_option("--video", m_options.videoPath, "Video stream; - is standard input");
+    auto* pCodec = AddParsed(
+        *m_pVerb, "--video-codec", "One of " + VideoCodecNames(),
+        [](const std::string& text) -> std::optional<const VIDEO_CODEC_ROW*> {
+            const auto* pRow = FindVideoCodec(text);
+            return pRow == nullptr ? std::nullopt : std::optional(pRow);
+        },
+        [this](const VIDEO_CODEC_ROW* pRow) { m_options.pVideoCodec = pRow; });
+    auto* pRate = AddParsed(*m_pVerb, "--fps", "Pictures in a second, as 25 or 30000/1001 (default 25)",
+                            &ParseFrameRate, [this](FRAME_RATE rate) { m_options.rate = rate; });
+    auto* pSize = AddParsed(*m_pVerb, "--size", "Picture size WxH instead of that in the stream", &ParsePictureSize,
+                            [this](PICTURE_SIZE size) { m_options.size = size; });
+    pVideo->needs(pCodec);
+    for (auto* pOption : {pCodec, pRate, pSize})
+        pOption->needs(pVideo);
+}
+
+void CMuxCommand::DeclareAudio()
+{
+    RAW_AUDIO& raw = m_options.rawAudio;
+    auto* pAudio = m_pVerb->add_option("--audio", m_options.audioPath, "Audio stream; - is standard input");
+    auto* pCodec = AddParsed(
+        *m_pVerb, "--audio-codec", "One of " + AudioCodecNames(),
+        [](const std::string& text) -> std::optional<const AUDIO_CODEC_ROW*> {
+            const auto* pRow = FindAudioCodec(text);
+            return pRow == nullptr ? std::nullopt : std::optional(pRow);
+        },
+        [this](const AUDIO_CODEC_ROW* pRow) { m_options.pAudioCodec = pRow; });
+    auto* pRate = m_pVerb->add_option("--audio-rate", raw.nSamplesPerSec,
+                                      "Samples in a second, of audio without heads (default 8000)");
+    auto* pChannels =
+        m_pVerb->add_option("--audio-channels", raw.nChannels, "Channels, of audio without heads (default 1)");
+    auto* pFrame = m_pVerb->add_option("--audio-frame", raw.nFrameSize,
+                                       "Bytes in a frame, of audio without heads (default: 20 ms)");
+    pRate->check(CLI::Validator(
+        [](const std::string& text) {
+            uint32_t nRate = 0;
+            const bool bKnown = CLI::detail::lexical_cast(text, nRate) && SampleTypeOf(nRate).has_value();
+            return bKnown ? std::string() : text + " Hz has no code in this format";
+        },
+        ""));
+    pChannels->check(CLI::Range(1U, sc_maxChannels));
+    pFrame->check(CLI::Range(1U, sc_maxAudioFrame));
+    pAudio->needs(pCodec);
+    for (auto* pOption : {pCodec, pRate, pChannels, pFrame})
+        pOption->needs(pAudio);
+}
+
+void CMuxCommand::DeclareRecording()
+{
+    AddParsed(*m_pVerb, "--start",
+              "Time of the first frame on the recorder's clock (default 2026-01-31T10:00:00; years 2000 to 2063)",
+              &ParseClock, [this](CLOCK_MS nStart) { m_options.nStart = nStart; });
+    const std::map<std::string, ZOAV_FAMILY> families = {{"zoav", ZOAV_FAMILY::ZOAV},
+                                                         {"myav", ZOAV_FAMILY::MYAV},
+                                                         {"lxav", ZOAV_FAMILY::LXAV},
+                                                         {"wmav", ZOAV_FAMILY::WMAV}};
+    AddParsed(
+        *m_pVerb, "--family", "One of zoav, myav, lxav, wmav (default zoav)",
+        [families](const std::string& text) {
+            const auto found = families.find(text);
+            return found == families.end() ? std::nullopt : std::optional(found->second);
+        },
+        [this](ZOAV_FAMILY eFamily) { m_options.eFamily = eFamily; });
+    m_pVerb->add_option("-o,--output", m_options.outputPath, "The recording; - is standard output")->required();
+}
+
+void CMuxCommand::CheckTogether() const
+{
+    if (m_options.videoPath.empty() && m_options.audioPath.empty())
+        throw CAppError(EXIT_CODE::Usage, "mux needs --video, --audio or both");
+    if (m_options.videoPath == "-" && m_options.audioPath == "-")
+        throw CAppError(EXIT_CODE::Usage, "only one stream can come from standard input");
+}
+
+EXIT_CODE CMuxCommand::Run()
+{
+    CheckTogether();
+    CMuxer muxer(m_options);
+    muxer.Run();
+    ReportTrack("video", muxer.Video());
+    ReportTrack("audio", muxer.Audio());
+    const auto units = [](const CTrack* pTrack) { return pTrack == nullptr ? 0U : pTrack->Units(); };
+    const uint32_t nKeys = muxer.Video() == nullptr ? 0U : muxer.Video()->KeyUnits();
+    fmt::print(stderr, "{}: {} video frames ({} key), {} audio frames, {} bytes\n", muxer.Output().Name(),
+               units(muxer.Video()), nKeys, units(muxer.Audio()), muxer.Output().WrittenBytes());
+    return EXIT_CODE::Done;
+}
+
+} // namespace Marvane::FrameSift

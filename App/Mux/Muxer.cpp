@@ -1,0 +1,135 @@
+#include "Mux/Muxer.h"
+
+#include <algorithm>
+
+#include "FrameWriter/ExtHeads.h"
+#include "Io/AppError.h"
+
+namespace Marvane::FrameSift {
+
+namespace {
+
+ZOAV_FRAME FrameTypeOf(const MediaUnit& unit, std::string_view codec)
+{
+    if (codec == "jpeg")
+        return ZOAV_FRAME::Jpeg;
+    if (unit.bKey)
+        return ZOAV_FRAME::I;
+    // An I picture that is no entry point must not be marked as one: a player would start there.
+    return unit.eKind == UNIT_KIND::B ? ZOAV_FRAME::B : ZOAV_FRAME::P;
+}
+
+uint8_t WholeRate(FRAME_RATE rate)
+{
+    const uint32_t nRounded = (rate.nValue + rate.nDenominator / 2) / rate.nDenominator;
+    return static_cast<uint8_t>(std::clamp(nRounded, 1U, 255U)); // 0 would read as "not known"
+}
+
+void RequireUnit(CTrack& track, std::string_view codec)
+{
+    if (track.Front() != nullptr)
+        return;
+    const std::string hint = track.LeftOut() > 0 ? " with a picture size; --size gives one" : "";
+    throw CAppError(EXIT_CODE::Format, track.Source().File().Name() + " holds no unit of " + std::string(codec) + hint);
+}
+
+} // namespace
+
+CMuxer::CMuxer(const MUX_OPTIONS& options) : m_options(options)
+{
+    OpenTracks();
+    // Units first: a stream of another codec must not cost the user the file that stands there.
+    if (m_video)
+        RequireUnit(*m_video, options.pVideoCodec->name);
+    if (m_audio)
+        RequireUnit(*m_audio, options.pAudioCodec->name);
+    RefuseToOverwriteInputs();
+    m_output.emplace(options.outputPath);
+}
+
+void CMuxer::OpenTracks()
+{
+    if (!m_options.videoPath.empty()) {
+        m_videoSource.emplace(m_options.videoPath, m_options.pVideoCodec->pfnMakeCutter());
+        m_video.emplace(*m_videoSource, m_options.rate, m_options.size);
+    }
+    if (!m_options.audioPath.empty()) {
+        RAW_AUDIO format = m_options.rawAudio;
+        format.nBitsPerSample = m_options.pAudioCodec->nBitsPerSample;
+        m_audioSource.emplace(m_options.audioPath, m_options.pAudioCodec->pfnMakeCutter(format));
+        m_audio.emplace(*m_audioSource);
+    }
+}
+
+void CMuxer::RefuseToOverwriteInputs() const
+{
+    for (const auto* pSource : {&m_videoSource, &m_audioSource}) {
+        if (*pSource && (*pSource)->File().IsSameFile(m_options.outputPath))
+            throw CAppError(EXIT_CODE::Usage, (*pSource)->File().Name() + " is an input and the output too");
+    }
+}
+
+void CMuxer::Run()
+{
+    try {
+        while (WriteNext()) {
+        }
+        m_output->Close();
+    } catch (const CAppError& error) {
+        throw CAppError(error.Code(), std::string(error.what()) + "; " + m_output->Name() + " is incomplete: it has " +
+                                          std::to_string(m_output->WrittenBytes()) + " bytes");
+    }
+}
+
+bool CMuxer::WriteNext()
+{
+    const MediaUnit* pVideo = m_video ? m_video->Front() : nullptr;
+    const MediaUnit* pAudio = m_audio ? m_audio->Front() : nullptr;
+    if (pVideo != nullptr && (pAudio == nullptr || m_video->DueMs() <= m_audio->DueMs())) {
+        WriteVideo(*pVideo);
+        m_video->Pop();
+        return true;
+    }
+    if (pAudio == nullptr)
+        return false;
+    WriteAudio(*pAudio);
+    m_audio->Pop();
+    return true;
+}
+
+void CMuxer::WriteVideo(const MediaUnit& unit)
+{
+    const VIDEO_CODEC_ROW& codec = *m_options.pVideoCodec;
+    const FRAME_RATE rate = m_options.rate;
+    ZoavFrame frame = FrameAt(m_video->DueMs(), m_video->Units() + 1);
+    frame.Type(FrameTypeOf(unit, codec.name));
+    frame.ExtHead(ExtHead81(codec.chEncodeType, WholeRate(rate)));
+    if (rate.nDenominator != 1)
+        frame.ExtHead(ExtHead8A(codec.chEncodeType, static_cast<uint16_t>(rate.nValue),
+                                static_cast<uint16_t>(rate.nDenominator)));
+    frame.ExtHead(ExtHead82(static_cast<uint16_t>(unit.nWidth), static_cast<uint16_t>(unit.nHeight)));
+    m_output->Write(frame.Payload(unit.payload).Build());
+}
+
+void CMuxer::WriteAudio(const MediaUnit& unit)
+{
+    ZoavFrame frame = FrameAt(m_audio->DueMs(), m_audio->Units() + 1);
+    frame.Type(ZOAV_FRAME::Audio);
+    frame.ExtHead(ExtHead8C(static_cast<uint8_t>(unit.nChannels), m_options.pAudioCodec->chEncodeType,
+                            SampleTypeOf(unit.nSamplesPerSec).value_or(0), BitRateTypeOf(unit.nBitsPerSec)));
+    m_output->Write(frame.Payload(unit.payload).Build());
+}
+
+ZoavFrame CMuxer::FrameAt(uint64_t nDueMs, uint32_t nSeq) const
+{
+    const auto time = ClockToTime(m_options.nStart + static_cast<CLOCK_MS>(nDueMs));
+    if (!time)
+        throw CAppError(EXIT_CODE::Usage, "the recording would run past the year " + std::to_string(gsk_lastYear));
+    ZoavFrame frame;
+    frame.Family(m_options.eFamily).Seq(nSeq).Time(*time);
+    frame.TimeStamp(static_cast<uint16_t>(nDueMs & 0xFFFF)); // it wraps every 65.536 s
+    frame.ExtHead(ExtHeadA0(static_cast<uint16_t>(time->nMilliSecond)));
+    return frame;
+}
+
+} // namespace Marvane::FrameSift

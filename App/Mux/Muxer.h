@@ -1,0 +1,45 @@
+// Writes a recording from a video track and an audio track.
+#ifndef FRAMESIFT_APP_MUX_MUXER_H
+#define FRAMESIFT_APP_MUX_MUXER_H
+
+#include <optional>
+
+#include "Io/OutputSink.h"
+#include "Mux/MuxOptions.h"
+
+namespace Marvane::FrameSift {
+
+// The frames stand in the order of their time; at the same time video comes first. Each track counts its own frames
+// from 1 on, since a reader looks for gaps in the numbers of the video frames.
+class CMuxer
+{
+public:
+    // Opens the inputs and then creates the output: nothing is overwritten if an input is missing.
+    explicit CMuxer(const MUX_OPTIONS& options);
+
+    // Throws CAppError; the text says how much of the output there is.
+    void Run();
+
+    const CTrack* Video() const { return m_video ? &*m_video : nullptr; }
+    const CTrack* Audio() const { return m_audio ? &*m_audio : nullptr; }
+    const COutputSink& Output() const { return *m_output; }
+
+private:
+    void OpenTracks();
+    void RefuseToOverwriteInputs() const;
+    bool WriteNext(); // false: both tracks are at their end
+    void WriteVideo(const MediaUnit& unit);
+    void WriteAudio(const MediaUnit& unit);
+    ZoavFrame FrameAt(uint64_t nDueMs, uint32_t nSeq) const;
+
+    const MUX_OPTIONS& m_options;
+    std::optional<CUnitSource> m_videoSource;
+    std::optional<CUnitSource> m_audioSource;
+    std::optional<CVideoTrack> m_video;
+    std::optional<CAudioTrack> m_audio;
+    std::optional<COutputSink> m_output;
+};
+
+} // namespace Marvane::FrameSift
+
+#endif
