@@ -1,0 +1,192 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "App/CommandRun.h"
+#include "App/SampleUnits.h"
+#include "FrameWriter/ZOAVFrameWriter.h"
+#include "Support/TempDirectory.h"
+
+namespace Marvane::FrameSift {
+
+namespace {
+
+std::vector<nlohmann::json> ParseLines(const std::string& text)
+{
+    std::vector<nlohmann::json> objects;
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);)
+        objects.push_back(nlohmann::json::parse(line));
+    return objects;
+}
+
+class MuxThenFrames : public testing::Test
+{
+protected:
+    std::vector<nlohmann::json> MuxAndList(const std::string& muxArguments, const std::string& listArguments = "")
+    {
+        const CommandResult mux = RunFramesift("mux " + muxArguments + " -o " + m_recording);
+        EXPECT_EQ(mux.nExitCode, 0) << mux.errors;
+        const CommandResult list = RunFramesift("frames --json " + listArguments + " " + m_recording);
+        EXPECT_EQ(list.nExitCode, 0) << list.errors;
+        m_summary = list.errors;
+        return ParseLines(list.output);
+    }
+
+    std::string PayloadOf(const nlohmann::json& frame)
+    {
+        return ReadText(m_recording).substr(frame["payload_offset"], frame["payload_length"]);
+    }
+
+    void ExpectUnits(const std::vector<nlohmann::json>& frames, const std::string& file)
+    {
+        SCOPED_TRACE(file);
+        const std::string stream = ReadText(SamplePath(file));
+        const auto units = ListedUnits(file);
+        ASSERT_EQ(frames.size(), units.size());
+        for (size_t n = 0; n < units.size(); ++n) {
+            ASSERT_EQ(PayloadOf(frames[n]), stream.substr(units[n].nOffset, units[n].nLength)) << n;
+            EXPECT_EQ(frames[n]["sequence"], n + 1);
+            EXPECT_TRUE(frames[n]["error"].is_null());
+            const std::string kind = units[n].kind == "audio" || units[n].bKey ? "I" : units[n].kind;
+            EXPECT_EQ(frames[n]["subtype"].is_null() ? "I" : frames[n]["subtype"], file[0] == 'j' ? "jpeg" : kind);
+        }
+    }
+
+    const TempDirectory m_directory;
+    const std::string m_recording = m_directory.Path() + "/recording";
+    std::string m_summary;
+};
+
+} // namespace
+
+TEST_F(MuxThenFrames, EveryVideoUnitComesOutAsItWentIn)
+{
+    for (const std::string codec : {"h264", "h265", "mpeg4", "mpeg2", "jpeg"}) {
+        for (const auto& file : SampleFiles(codec)) {
+            const auto frames = MuxAndList("--video-codec " + codec + " --video " + SamplePath(file));
+            ExpectUnits(frames, file);
+            ASSERT_FALSE(frames.empty());
+            EXPECT_EQ(frames[0]["codec"], codec);
+        }
+    }
+}
+
+TEST_F(MuxThenFrames, EveryAudioUnitComesOutAsItWentIn)
+{
+    const struct
+    {
+        const char* pFile;
+        const char* pCodec;
+        const char* pFormat;
+    } rows[] = {
+        {"audio/aac_lc_44k1_stereo.aac", "aac", ""},
+        {"audio/mp2_48k_stereo_192.mp2", "mp2", ""},
+        {"audio/mp3_16k_mono_vbr.mp3", "mp3", ""},
+        {"audio/g711a_8k_160.alaw", "g711a", ""},
+        {"audio/g711u_8k_320.ulaw", "g711u", " --audio-frame 320"},
+        {"audio/pcm16_16k_stereo_40ms.pcm", "pcm16", " --audio-rate 16000 --audio-channels 2 --audio-frame 2560"},
+    };
+    for (const auto& row : rows) {
+        const std::string codec = row.pCodec;
+        const auto frames = MuxAndList("--audio " + SamplePath(row.pFile) + " --audio-codec " + codec + row.pFormat);
+        ExpectUnits(frames, row.pFile);
+        EXPECT_EQ(frames[0]["codec"], codec);
+        EXPECT_EQ(frames[0]["channels"], codec == "pcm16" || codec == "aac" || codec == "mp2" ? 2 : 1);
+    }
+}
+
+TEST_F(MuxThenFrames, TracksInterleaveByTimeAndCountApart)
+{
+    const auto frames = MuxAndList("--video " + SamplePath("h264/480p_ntsc_main.h264") + " --video-codec h264 --fps " +
+                                   "30000/1001 --audio " + SamplePath("audio/aac_lc_16k_mono.aac") +
+                                   " --audio-codec aac --family lxav --start 2027-12-31T23:59:59.900");
+    const auto isVideo = [](const nlohmann::json& frame) { return frame["kind"] == "video"; };
+    ASSERT_EQ(std::count_if(frames.begin(), frames.end(), isVideo), 24);
+    ASSERT_EQ(frames.size(), 44U);
+    EXPECT_TRUE(std::is_sorted(frames.begin(), frames.end(),
+                               [](const auto& a, const auto& b) { return a["time"] < b["time"]; }));
+    const auto& first = frames[0];
+    EXPECT_EQ(first["schema_version"], 1);
+    EXPECT_EQ(first["file"], m_recording);
+    EXPECT_EQ(first["time"], "2027-12-31T23:59:59.900");
+    EXPECT_EQ(first["width"], 720);
+    EXPECT_EQ(first["height"], 480);
+    EXPECT_EQ(first["frame_rate"], 30);
+    EXPECT_EQ(first["stream_type"], KX_STREAM_TYPE_STD_LX);
+    EXPECT_EQ(frames[1]["sample_rate"], 16000);
+    // The fourth picture: 3 * 1001 / 30000 s, over the turn of the year.
+    const auto fourth = std::find_if(frames.begin(), frames.end(),
+                                     [&](const auto& frame) { return isVideo(frame) && frame["sequence"] == 4; });
+    EXPECT_EQ((*fourth)["time"], "2028-01-01T00:00:00.000");
+    EXPECT_EQ((*fourth)["time_stamp"], 100);
+    EXPECT_NE(m_summary.find("24 video, 20 audio"), std::string::npos) << m_summary;
+    EXPECT_NE(m_summary.find("clock"), std::string::npos) << m_summary;
+}
+
+TEST_F(MuxThenFrames, TheSameCommandWritesTheSameBytes)
+{
+    const std::string arguments = "mux --video-codec h265 --video ";
+    const CommandResult fromFile = RunFramesift(arguments + SamplePath("h265/16x16.h265") + " -o -");
+    const CommandResult fromPipe = RunFramesift(arguments + "- -o - < " + SamplePath("h265/16x16.h265"));
+    EXPECT_GT(fromFile.output.size(), 180U);
+    EXPECT_EQ(fromFile.output, fromPipe.output);
+}
+
+TEST_F(MuxThenFrames, FormsAndFiltersAgree)
+{
+    const auto all = MuxAndList("--video " + SamplePath("h264/cif_slices4.h264") + " --video-codec h264 --audio " +
+                                SamplePath("audio/g711a_8k_160.alaw") + " --audio-codec g711a");
+    const std::string plain = RunFramesift("frames --csv " + m_recording).output;
+    for (const std::string chunk : {"1", "3", "1400", "65536"})
+        EXPECT_EQ(RunFramesift("frames --csv --chunk " + chunk + " " + m_recording).output, plain) << chunk;
+    EXPECT_EQ(RunFramesift("frames --csv - < " + m_recording).output, plain);
+    EXPECT_EQ(std::count(plain.begin(), plain.end(), '\n'), static_cast<int64_t>(all.size() + 1));
+    EXPECT_EQ(plain.find("offset,payload_offset,kind,subtype,codec,time,"), 0U);
+
+    const auto rowsWith = [&](const std::string& filter) {
+        return ParseLines(RunFramesift("frames --json " + filter + " " + m_recording).output).size();
+    };
+    EXPECT_EQ(rowsWith("--type video"), 12U);
+    EXPECT_EQ(rowsWith("--type audio,data"), all.size() - 12);
+    EXPECT_EQ(rowsWith("--keys-only"), 2U);
+    EXPECT_EQ(rowsWith("--errors-only"), 0U);
+    EXPECT_EQ(rowsWith("--limit 3"), 3U);
+}
+
+TEST_F(MuxThenFrames, DamageIsListedWhereItStands)
+{
+    const Bytes payload(100, 0xAB);
+    const Bytes good = ZoavFrame().Seq(1).Payload(payload);
+    const Bytes stream = good + ZoavFrame().Seq(2).Payload(payload).WrongSum() + Bytes(7, 0x11) +
+                         ZoavFrame().Seq(3).Payload(payload).Build();
+    std::ofstream(m_recording, std::ios::binary)
+        .write(reinterpret_cast<const char*>(stream.data()), static_cast<std::streamsize>(stream.size()));
+    const CommandResult list = RunFramesift("frames --json " + m_recording);
+    const auto frames = ParseLines(list.output);
+    ASSERT_EQ(frames.size(), 4U);
+    const struct
+    {
+        int nOffset;
+        const char* pError;
+    } rows[] = {{0, nullptr}, {132, "length"}, {256, "lost-head"}, {271, nullptr}};
+    for (size_t n = 0; n < frames.size(); ++n) {
+        EXPECT_EQ(frames[n]["offset"], rows[n].nOffset);
+        EXPECT_EQ(frames[n]["error"], rows[n].pError == nullptr ? nlohmann::json() : nlohmann::json(rows[n].pError));
+    }
+    EXPECT_EQ(frames[3]["payload_offset"], 271 + 24);
+    EXPECT_NE(list.errors.find("2: 1 length, 1 lost-head"), std::string::npos) << list.errors;
+    EXPECT_NE(list.errors.find("403 read, 264 in frames, 139 in no frame"), std::string::npos) << list.errors;
+}
+
+TEST_F(MuxThenFrames, TheLogOfTheLibraryGoesToItsDirectory)
+{
+    MuxAndList("--video " + SamplePath("h264/16x16.h264") + " --video-codec h264",
+               "--log " + m_directory.Path() + " --log-level 7");
+    EXPECT_NE(ReadText(m_directory.Path() + "/SiftKit.log").find("SIFTKIT"), std::string::npos);
+}
+
+} // namespace Marvane::FrameSift

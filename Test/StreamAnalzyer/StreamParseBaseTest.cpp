@@ -1,0 +1,223 @@
+#include "StreamAnalzyer/StreamParseBase.h"
+
+#include <gtest/gtest.h>
+
+#include <string_view>
+#include <vector>
+
+#include "Memory/LogicData.h"
+#include "Tools/FourCC.h"
+
+namespace Marvane::FrameSift {
+
+namespace {
+
+// A toy format: "FRAM", one byte of length (head included, 0 to 255), one byte of error flags, then the body. "BORD" is
+// a border. In a time scan the sixth byte is the frame's subtype.
+class CToyStream : public CStreamParseBase
+{
+public:
+    int GetType() override { return 1; }
+    bool CheckFrameID(int scanID) override { return static_cast<uint32_t>(scanID) == FourCC("FRAM"); }
+    bool CheckFrameTimeID(int scanID) override { return CheckFrameID(scanID); }
+    bool BuildFrame(CLogicData* logicData, int pos, FrameInfo& frame, ExtZOAVIFrameInfo&) override
+    {
+        const uint8_t* pHead = logicData->GetData(pos, 6);
+        if (pHead == nullptr || logicData->GetData(pos, pHead[4]) == nullptr)
+            return false;
+        frame.frameLen = pHead[4];
+        frame.errorFlags = pHead[5];
+        frame.framePointer = logicData->GetData(pos, pHead[4]);
+        frame.streamPointer = frame.framePointer + 6;
+        return true;
+    }
+    void FrameVerify(CLogicData*, int, FrameInfo& frame, ExtZOAVIFrameInfo&) override { frame.frameSubType = 77; }
+    bool IsBorderID(int scanID) override { return static_cast<uint32_t>(scanID) == FourCC("BORD"); }
+    bool GetFrameTime(CLogicData* logicData, int& pos, int64_t& nTime) override
+    {
+        nTime = logicData->GetByte(pos + 5);
+        return logicData->GetData(pos, 6) != nullptr;
+    }
+    bool GetFrameEndPos(CLogicData* logicData, int pos, int& nEnd) override
+    {
+        nEnd = pos + logicData->GetByte(pos + 4) - 1;
+        return true;
+    }
+    bool GetFrameType(CLogicData* logicData, int pos, int& nType, int& nSubType) override
+    {
+        nType = KX_FRAME_TYPE_VIDEO;
+        nSubType = logicData->GetByte(pos + 5);
+        return logicData->GetData(pos, 6) != nullptr;
+    }
+    void OnOneParseOver() override { ++nParseOver; }
+
+    int nParseOver = 0;
+};
+
+class CCollector : public IFrameCallBack
+{
+public:
+    explicit CCollector(CLogicData& data) : m_data(data) {}
+    int OnFrame(FrameInfo* frame, ExtZOAVIFrameInfo*, void* userData) override
+    {
+        int64_t nStreamPos = 0;
+        int64_t nFramePos = 0;
+        m_data.GetKeyPos(nStreamPos, nFramePos);
+        lengths.push_back(int32_t{frame->frameLen});
+        subTypes.push_back(int32_t{frame->frameSubType});
+        framePos.push_back(nFramePos);
+        streamPos.push_back(nStreamPos);
+        pUserData = userData;
+        return 0;
+    }
+
+    std::vector<int32_t> lengths, subTypes;
+    std::vector<int64_t> framePos, streamPos;
+    void* pUserData = nullptr;
+
+private:
+    CLogicData& m_data;
+};
+
+struct TOY
+{
+    int Parse(std::string_view chunk)
+    {
+        bytes.assign(chunk.begin(), chunk.end());
+        data.JoinData(bytes.data(), static_cast<int>(bytes.size()));
+        return stream.ParseData(&data, &collector);
+    }
+
+    std::vector<uint8_t> bytes;
+    CLogicData data;
+    CToyStream stream;
+    CCollector collector{data};
+};
+
+// A literal with all its zeros.
+template <size_t nSize>
+std::string_view Text(const char (&text)[nSize])
+{
+    return {text, nSize - 1};
+}
+
+} // namespace
+
+TEST(FrameScan, FindsFramesAndTellsWhereTheyLie)
+{
+    TOY toy;
+    EXPECT_EQ(toy.Parse(Text("..FRAM\x08\0xyFRAM\x07\0z....FR")), KX_SUCCESS);
+    EXPECT_EQ(toy.collector.lengths, (std::vector<int32_t>{8, 7}));
+    EXPECT_EQ(toy.collector.subTypes, (std::vector<int32_t>{77, 77}));
+    EXPECT_EQ(toy.collector.framePos, (std::vector<int64_t>{2, 10}));
+    EXPECT_EQ(toy.Parse(Text("AM\x06\0")), KX_SUCCESS); // an ID split between chunks
+    EXPECT_EQ(toy.collector.framePos, (std::vector<int64_t>{2, 10, 21}));
+    EXPECT_EQ(toy.collector.streamPos.back(), 27);
+    EXPECT_EQ(toy.stream.nParseOver, 2);
+    EXPECT_EQ(toy.collector.pUserData, nullptr);
+}
+
+TEST(FrameScan, AFrameOfNoLengthDoesNotStopIt)
+{
+    TOY toy;
+    EXPECT_EQ(toy.Parse(Text("FRAM\0\0FRAM\x06\0....")), KX_SUCCESS);
+    EXPECT_EQ(toy.collector.lengths, (std::vector<int32_t>{0, 6}));
+}
+
+TEST(FrameScan, ABadLengthIsReplacedByTheWayToTheNextBorder)
+{
+    TOY toy;
+    EXPECT_EQ(toy.Parse(Text("FRAM\x06\x02")), KX_SUCCESS); // no border yet: the frame waits
+    EXPECT_TRUE(toy.collector.lengths.empty());
+    EXPECT_EQ(toy.Parse(Text("12345BORDFRAM\x06\0")), KX_SUCCESS);
+    EXPECT_EQ(toy.collector.lengths, (std::vector<int32_t>{11, 6}));
+    EXPECT_EQ(toy.collector.streamPos.front(), 0); // such a frame counts as all payload
+}
+
+TEST(FrameScan, InEndTimeModeTheBodyIsWalkedThrough)
+{
+    TOY toy;
+    toy.stream.SetCallBackUserData(reinterpret_cast<void*>(intptr_t{CALLBACK_USE_BASE_END_TIME}));
+    EXPECT_EQ(toy.Parse(Text("FRAM\x10\0FRAM\x0A\0....")), KX_SUCCESS);
+    EXPECT_EQ(toy.collector.lengths, (std::vector<int32_t>{16, 10}));
+    EXPECT_EQ(toy.collector.subTypes, (std::vector<int32_t>{0, 0})); // not verified
+    EXPECT_NE(toy.collector.pUserData, nullptr);
+}
+
+TEST(FrameScan, RefusesNullAndATooShortWindow)
+{
+    TOY toy;
+    EXPECT_EQ(toy.stream.ParseData(nullptr, &toy.collector), KX_ERROR_PARAMETER);
+    EXPECT_EQ(toy.stream.ParseData(&toy.data, nullptr), KX_ERROR_PARAMETER);
+    EXPECT_EQ(toy.Parse(Text("FRA")), KX_ERROR_PARAMETER); // these bytes are lost
+    EXPECT_EQ(toy.Parse(Text("M\x06\0....")), KX_SUCCESS);
+    EXPECT_TRUE(toy.collector.lengths.empty());
+}
+
+TEST(FrameScan, TheFirstFrameTimeIsFoundWithItsPlace)
+{
+    TOY toy;
+    int64_t nTime = 0;
+    toy.bytes = {'.', '.', 'F', 'R', 'A', 'M', 6, 42};
+    ASSERT_EQ(toy.data.JoinData(toy.bytes.data(), 8), KX_SUCCESS);
+    EXPECT_TRUE(toy.stream.ParseFrameTime(&toy.data, nTime));
+    EXPECT_EQ(nTime, 42);
+    int64_t nStreamPos = 0;
+    int64_t nFramePos = 0;
+    toy.data.GetKeyPos(nStreamPos, nFramePos);
+    EXPECT_EQ(nFramePos, 2);
+    EXPECT_FALSE(toy.stream.ParseFrameTime(nullptr, nTime));
+}
+
+// Without a frame the answer is whether the window was too short to keep anything of.
+TEST(FrameScan, WithoutAFrameTheAnswerTellsOfTheWindow)
+{
+    int64_t nTime = 0;
+    CToyStream stream;
+    CLogicData longWindow;
+    std::vector<uint8_t> bytes(10, '.');
+    longWindow.JoinData(bytes.data(), 10);
+    EXPECT_FALSE(stream.ParseFrameTime(&longWindow, nTime));
+    CLogicData shortWindow;
+    shortWindow.JoinData(bytes.data(), 2);
+    EXPECT_TRUE(stream.ParseFrameTime(&shortWindow, nTime));
+}
+
+TEST(KeyFrameScan, NotesKeyFramesAndGivesTheLastOneFirst)
+{
+    // I at 0, P at 7, smart P at 13, and an end position before the frame at 19, which must not hold the scan up.
+    const std::string_view chunk = Text("FRAM\x07\0.FRAM\x06\x01"
+                                        "FRAM\x06\x13"
+                                        "FRAM\0\x12");
+    CToyStream stream;
+    CLogicData data;
+    std::vector<uint8_t> bytes(chunk.begin(), chunk.end());
+    data.JoinData(bytes.data(), static_cast<int>(bytes.size()));
+    EXPECT_FALSE(stream.ParseKeyFrame(&data, false));
+    VIDEO_KEY_FRAME_INFO info{};
+    for (const auto& [nPos, nSubType] : {std::pair{19, 18}, {13, 19}, {0, 0}}) {
+        ASSERT_TRUE(stream.GetVideoKeyFrameInfo(info));
+        EXPECT_EQ(info.nVideoFramePos, nPos);
+        EXPECT_EQ(info.nFrameSubType, nSubType);
+    }
+    EXPECT_FALSE(stream.GetVideoKeyFrameInfo(info));
+}
+
+TEST(KeyFrameScan, OneIFrameIsEnoughIfAskedFor)
+{
+    const std::string_view chunk = Text("FRAM\x06\x13"
+                                        "FRAM\x06\x14"
+                                        "FRAM\x06\0.......");
+    CToyStream stream;
+    CLogicData data;
+    std::vector<uint8_t> bytes(chunk.begin(), chunk.end());
+    data.JoinData(bytes.data(), static_cast<int>(bytes.size()));
+    EXPECT_TRUE(stream.ParseKeyFrame(&data, true));
+    VIDEO_KEY_FRAME_INFO info{};
+    ASSERT_TRUE(stream.GetVideoKeyFrameInfo(info));
+    EXPECT_EQ(info.nFrameSubType, 20);
+    stream.ClearKeyFrameInfo(); // drops the smart P frame noted before it
+    EXPECT_FALSE(stream.GetVideoKeyFrameInfo(info));
+}
+
+} // namespace Marvane::FrameSift

@@ -1,0 +1,23 @@
+// Random ZOAV streams from a seed.
+#ifndef FRAMESIFT_TEST_SUPPORT_RANDOMSTREAM_H
+#define FRAMESIFT_TEST_SUPPORT_RANDOMSTREAM_H
+
+#include <cstdint>
+#include <random>
+#include <vector>
+
+#include "FrameWriter/ZOAVFrameWriter.h"
+
+namespace Marvane::FrameSift {
+
+// Sound frames of all kinds and families with sequence numbers from 1, payloads up to nMaxPayload bytes, and heads that
+// a camera would send.
+std::vector<Bytes> RandomFrames(uint32_t nSeed, size_t nCount, size_t nMaxPayload);
+
+Bytes RandomBytes(std::mt19937& random, size_t nSize);
+
+Bytes Joined(const std::vector<Bytes>& parts);
+
+} // namespace Marvane::FrameSift
+
+#endif
