@@ -55,6 +55,8 @@ public:
         }
         if (m_source.StreamType() == KX_STREAM_TYPE_UNKNOWN)
             ThrowNotRecognised();
+        WriteTitle(); // a table of no rows is still a table
+        m_output.Flush();
         const bool bStopped = m_nLines >= m_options.nLimit;
         if (bStopped)
             return m_summary.Text(m_source.StreamType(), m_nBytes, 0) + "stopped at the limit of lines\n";

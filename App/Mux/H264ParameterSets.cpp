@@ -11,7 +11,11 @@ namespace Marvane::FrameSift {
 namespace {
 
 constexpr size_t sc_maxParameterSet = 4096; // far above a set with all its scaling lists
-constexpr uint32_t sc_maxSide = 16384;      // level 6.2 allows 16880 at most, and the wire has 16 bits
+constexpr uint32_t sc_maxSide = 65535;      // two bytes on the wire
+
+// The ids that the standard allows. With more, a stream could fill the memory with sets.
+constexpr uint32_t sc_maxSpsId = 31;
+constexpr uint32_t sc_maxPpsId = 255;
 
 // The profiles whose SPS tells chroma format, depth and scaling lists.
 constexpr std::array<uint32_t, 13> sc_highProfiles = {100, 110, 122, 244, 44, 83, 86, 118, 128, 138, 139, 134, 135};
@@ -127,7 +131,8 @@ std::optional<H264_SPS> ReadH264Sps(std::span<const uint8_t> nal)
     bits.Ue(); // max_num_ref_frames
     bits.Skip(1);
     ReadSize(bits, sps, sps.separate_colour_plane_flag ? 0 : chroma_format_idc);
-    if (bits.Overrun() || sps.nWidth == 0 || sps.frameNumBits > 16 || sps.picOrderCntLsbBits > 16)
+    if (bits.Overrun() || sps.seq_parameter_set_id > sc_maxSpsId || sps.nWidth == 0 || sps.frameNumBits > 16 ||
+        sps.picOrderCntLsbBits > 16)
         return std::nullopt;
     return sps;
 }
@@ -155,7 +160,7 @@ std::optional<H264_PPS> ReadH264Pps(std::span<const uint8_t> nal)
     bits.Se();    // chroma_qp_index_offset
     bits.Skip(2); // deblocking_filter_control_present_flag, constrained_intra_pred_flag
     pps.redundant_pic_cnt_present_flag = bits.Flag();
-    if (bits.Overrun())
+    if (bits.Overrun() || pps.pic_parameter_set_id > sc_maxPpsId)
         return std::nullopt;
     return pps;
 }

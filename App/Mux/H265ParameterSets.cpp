@@ -9,8 +9,12 @@ namespace Marvane::FrameSift {
 namespace {
 
 constexpr size_t sc_parameterSetBytes = 1024; // the fields that are read here stand in the first 200
-constexpr uint32_t sc_maxSide = 16384;        // level 6.2 allows 16888 at most, and the wire has 16 bits
-constexpr size_t sc_profileBits = 88;         // general_profile_space to the reserved bit
+constexpr uint32_t sc_maxSide = 65535;        // two bytes on the wire
+
+// The ids that the standard allows. With more, a stream could fill the memory with sets.
+constexpr uint32_t sc_maxSpsId = 15;
+constexpr uint32_t sc_maxPpsId = 63;
+constexpr size_t sc_profileBits = 88; // general_profile_space to the reserved bit
 constexpr size_t sc_levelBits = 8;
 
 void SkipProfileTierLevel(CBitReader& bits, uint32_t nMaxSubLayersMinus1)
@@ -81,7 +85,8 @@ std::optional<H265_SPS> ReadH265Sps(std::span<const uint8_t> nal)
     }
     const uint32_t nMinBlockLog2 = bits.Ue();
     const uint32_t nCtbLog2 = nMinBlockLog2 + 3 + bits.Ue();
-    if (bits.Overrun() || sps.nWidth == 0 || nMinBlockLog2 > 3 || nCtbLog2 > 6)
+    if (bits.Overrun() || sps.sps_seq_parameter_set_id > sc_maxSpsId || sps.nWidth == 0 || nMinBlockLog2 > 3 ||
+        nCtbLog2 > 6)
         return std::nullopt;
     const uint64_t nCtb = uint64_t{1} << nCtbLog2;
     const uint64_t nCtbs = ((coded.nWidth + nCtb - 1) >> nCtbLog2) * ((coded.nHeight + nCtb - 1) >> nCtbLog2);
@@ -100,7 +105,7 @@ std::optional<H265_PPS> ReadH265Pps(std::span<const uint8_t> nal)
     pps.dependent_slice_segments_enabled_flag = bits.Flag();
     bits.Skip(1); // output_flag_present_flag
     pps.num_extra_slice_header_bits = bits.Bits(3);
-    if (bits.Overrun())
+    if (bits.Overrun() || pps.pps_pic_parameter_set_id > sc_maxPpsId)
         return std::nullopt;
     return pps;
 }

@@ -115,8 +115,12 @@ void CMuxer::WriteAudio(const MediaUnit& unit)
 {
     ZoavFrame frame = FrameAt(m_audio->DueMs(), m_audio->Units() + 1);
     frame.Type(ZOAV_FRAME::Audio);
-    frame.ExtHead(ExtHead8C(static_cast<uint8_t>(unit.nChannels), m_options.pAudioCodec->chEncodeType,
-                            SampleTypeOf(unit.nSamplesPerSec).value_or(0), BitRateTypeOf(unit.nBitsPerSec)));
+    const auto chChannels = static_cast<uint8_t>(unit.nChannels);
+    const uint8_t chEncodeType = m_options.pAudioCodec->chEncodeType;
+    const uint8_t chSampleType = SampleTypeOf(unit.nSamplesPerSec).value_or(0);
+    // The short form for readers that know no other; the long one wins, and tells the bit rate.
+    frame.ExtHead(ExtHead83(chChannels, chEncodeType, chSampleType));
+    frame.ExtHead(ExtHead8C(chChannels, chEncodeType, chSampleType, BitRateTypeOf(unit.nBitsPerSec)));
     m_output->Write(frame.Payload(unit.payload).Build());
 }
 

@@ -147,6 +147,9 @@ TEST_F(MuxThenFrames, FormsAndFiltersAgree)
     EXPECT_EQ(std::count(plain.begin(), plain.end(), '\n'), static_cast<int64_t>(all.size() + 1));
     EXPECT_EQ(plain.find("offset,payload_offset,kind,subtype,codec,time,"), 0U);
 
+    // Without rows the line of names is still there.
+    EXPECT_EQ(RunFramesift("frames --csv --errors-only " + m_recording).output, plain.substr(0, plain.find('\n') + 1));
+
     const auto rowsWith = [&](const std::string& filter) {
         return ParseLines(RunFramesift("frames --json " + filter + " " + m_recording).output).size();
     };

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "StreamAnalzyer/ZOSTD/ExtHead.h"
+#include "Tools/AudioBitRateMap.h"
 #include "Tools/AudioSampleMap.h"
 
 namespace Marvane::FrameSift {
@@ -22,11 +23,6 @@ constexpr BIT_RATE sc_bitRateOfCodec[] = {
     {KX_ENCODE_AUDIO_G722_1, 32000},     {KX_ENCODE_AUDIO_G722_1C_32, 32000}, {KX_ENCODE_AUDIO_G726_40, 40000},
     {KX_ENCODE_AUDIO_G722_1C_48, 48000},
 };
-
-// By chBitRateType of head 0x8C.
-constexpr std::array<uint32_t, 22> sc_bitRateOfType = {0,      16000,  32000,  5300,   6300,   8000,   24000,  40000,
-                                                       48000,  56000,  64000,  80000,  96000,  112000, 128000, 144000,
-                                                       160000, 192000, 224000, 256000, 320000, 384000};
 
 // The wire's 10 is G.711 mu-law, which has two public codes.
 void SetAudioAttr(uint64_t nCode, EXT_HEAD_TARGET& target)
@@ -53,7 +49,7 @@ void TakeSampleRate(uint64_t nSampleType, EXT_HEAD_TARGET& target)
 
 void TakeBitRate(uint64_t nBitRateType, EXT_HEAD_TARGET& target)
 {
-    target.frame.audioBitrate = nBitRateType < sc_bitRateOfType.size() ? sc_bitRateOfType[nBitRateType] : 0;
+    target.frame.audioBitrate = AudioBitRate(nBitRateType);
 }
 
 constexpr std::array sc_fields83 = {

@@ -115,19 +115,15 @@ bool CZOAVStream::IsHeadBelievable(const STD_FRAME_HEAD& head, FrameInfo& frame,
         return false;
     if (frame.frameType == KX_FRAME_TYPE_VIDEO)
         ext.frameSubType = frame.frameSubType;
-    return head.dwFrameLen >= 1 && head.dwFrameLen <= sc_maxFrameLen;
+    // A frame shorter than its tail cannot end with one. From there up to the head's own length it can, if the head's
+    // bytes are chosen for it: such a frame passes.
+    return head.dwFrameLen >= gsk_stdFrameTailSize && head.dwFrameLen <= sc_maxFrameLen;
 }
 
 bool CZOAVStream::TakeWholeFrame(CLogicData& logicData, int64_t nPos, const STD_FRAME_HEAD& head, FrameInfo& frame,
                                  ExtZOAVIFrameInfo& ext)
 {
     const auto nFrameLen = static_cast<int32_t>(head.dwFrameLen);
-    // A frame shorter than its tail cannot end with one: it is damaged, and not a frame to wait for. From there up to
-    // the head's own length it can, if the head's bytes are chosen for it.
-    if (nFrameLen < gsk_stdFrameTailSize) {
-        BreakOut(head, frame);
-        return true;
-    }
     // The bytes are in the window: what cannot be had here lacks memory, and the frame is tried again.
     const int64_t nTailPos = nPos + nFrameLen - gsk_stdFrameTailSize;
     const auto tail = ReadRecordAt<STD_FRAME_TAIL>(logicData, nTailPos);
