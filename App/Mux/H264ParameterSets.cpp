@@ -31,7 +31,7 @@ void SkipScalingList(CBitReader& bits, int nSize)
 }
 
 // Answers chroma_format_idc.
-uint32_t ReadChroma(CBitReader& bits, H264_SPS& sps)
+uint32_t ReadChroma(CBitReader& bits, H264_EXACT_SPS& sps)
 {
     const uint32_t chroma_format_idc = bits.Ue();
     if (chroma_format_idc == 3)
@@ -49,7 +49,7 @@ uint32_t ReadChroma(CBitReader& bits, H264_SPS& sps)
     return chroma_format_idc;
 }
 
-void ReadPicOrder(CBitReader& bits, H264_SPS& sps)
+void ReadPicOrder(CBitReader& bits, H264_EXACT_SPS& sps)
 {
     sps.pic_order_cnt_type = bits.Ue();
     if (sps.pic_order_cnt_type == 0) {
@@ -65,7 +65,7 @@ void ReadPicOrder(CBitReader& bits, H264_SPS& sps)
 }
 
 // The cropping offsets count in chroma samples, and in pairs of lines where the frame may hold fields.
-void ReadSize(CBitReader& bits, H264_SPS& sps, uint32_t nChromaArrayType)
+void ReadSize(CBitReader& bits, H264_EXACT_SPS& sps, uint32_t nChromaArrayType)
 {
     const uint64_t nMbWidth = uint64_t{bits.Ue()} + 1;
     const uint64_t nMapHeight = uint64_t{bits.Ue()} + 1;
@@ -114,11 +114,11 @@ void SkipSliceGroups(CBitReader& bits, uint32_t num_slice_groups_minus1)
 
 } // namespace
 
-std::optional<H264_SPS> ReadH264Sps(std::span<const uint8_t> nal)
+std::optional<H264_EXACT_SPS> ReadH264Sps(std::span<const uint8_t> nal)
 {
     const auto bytes = UnescapeNal(nal, sc_maxParameterSet);
     CBitReader bits(bytes);
-    H264_SPS sps;
+    H264_EXACT_SPS sps;
     bits.Skip(8);
     const uint32_t profile_idc = bits.Bits(8);
     bits.Skip(16); // constraint flags, level_idc
@@ -137,11 +137,11 @@ std::optional<H264_SPS> ReadH264Sps(std::span<const uint8_t> nal)
     return sps;
 }
 
-std::optional<H264_PPS> ReadH264Pps(std::span<const uint8_t> nal)
+std::optional<H264_EXACT_PPS> ReadH264Pps(std::span<const uint8_t> nal)
 {
     const auto bytes = UnescapeNal(nal, sc_maxParameterSet);
     CBitReader bits(bytes);
-    H264_PPS pps;
+    H264_EXACT_PPS pps;
     bits.Skip(8);
     pps.pic_parameter_set_id = bits.Ue();
     pps.seq_parameter_set_id = bits.Ue();

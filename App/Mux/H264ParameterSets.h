@@ -9,7 +9,7 @@
 namespace Marvane::FrameSift {
 
 // Field names are those of the standard.
-struct H264_SPS
+struct H264_EXACT_SPS
 {
     uint32_t seq_parameter_set_id = 0;
     bool separate_colour_plane_flag = false;
@@ -22,7 +22,7 @@ struct H264_SPS
     uint32_t nHeight = 0;
 };
 
-struct H264_PPS
+struct H264_EXACT_PPS
 {
     uint32_t pic_parameter_set_id = 0;
     uint32_t seq_parameter_set_id = 0;
@@ -31,8 +31,8 @@ struct H264_PPS
 };
 
 // nal: from the NAL unit's header byte on. Nothing if it is damaged.
-std::optional<H264_SPS> ReadH264Sps(std::span<const uint8_t> nal);
-std::optional<H264_PPS> ReadH264Pps(std::span<const uint8_t> nal);
+std::optional<H264_EXACT_SPS> ReadH264Sps(std::span<const uint8_t> nal);
+std::optional<H264_EXACT_PPS> ReadH264Pps(std::span<const uint8_t> nal);
 
 } // namespace Marvane::FrameSift
 

@@ -11,7 +11,7 @@ namespace {
 constexpr size_t sc_sliceHeadBytes = 64; // the fields that are read here have at most 45
 constexpr uint32_t sc_idrSlice = 5;
 
-void ReadPicOrder(CBitReader& bits, const H264_SPS& sps, const H264_PPS& pps, H264_SLICE_HEAD& slice)
+void ReadPicOrder(CBitReader& bits, const H264_EXACT_SPS& sps, const H264_EXACT_PPS& pps, H264_SLICE_HEAD& slice)
 {
     const bool bBoth = pps.bottom_field_pic_order_in_frame_present_flag && !slice.field_pic_flag;
     if (sps.pic_order_cnt_type == 0) {
@@ -25,7 +25,7 @@ void ReadPicOrder(CBitReader& bits, const H264_SPS& sps, const H264_PPS& pps, H2
     }
 }
 
-void ReadPictureFields(CBitReader& bits, const H264_SPS& sps, const H264_PPS& pps, H264_SLICE_HEAD& slice)
+void ReadPictureFields(CBitReader& bits, const H264_EXACT_SPS& sps, const H264_EXACT_PPS& pps, H264_SLICE_HEAD& slice)
 {
     if (sps.separate_colour_plane_flag)
         bits.Skip(2);

@@ -11,8 +11,8 @@ namespace Marvane::FrameSift {
 
 struct H264_PARAMETER_SETS
 {
-    std::map<uint32_t, H264_SPS> spsById;
-    std::map<uint32_t, H264_PPS> ppsById;
+    std::map<uint32_t, H264_EXACT_SPS> spsById;
+    std::map<uint32_t, H264_EXACT_PPS> ppsById;
 };
 
 // Field names are those of the standard.

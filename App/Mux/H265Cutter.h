@@ -21,8 +21,8 @@ private:
     void TakeParameterSet(uint8_t nType, std::span<const uint8_t> body);
     void TakeSliceHead(uint8_t nType, std::span<const uint8_t> body);
 
-    std::map<uint32_t, H265_SPS> m_spsById;
-    std::map<uint32_t, H265_PPS> m_ppsById;
+    std::map<uint32_t, H265_EXACT_SPS> m_spsById;
+    std::map<uint32_t, H265_EXACT_PPS> m_ppsById;
 };
 
 } // namespace Marvane::FrameSift

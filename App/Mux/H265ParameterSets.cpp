@@ -38,7 +38,7 @@ struct CODED_SIZE
 };
 
 // The window's offsets count in chroma samples. Answers the size before cropping.
-CODED_SIZE ReadSize(CBitReader& bits, H265_SPS& sps)
+CODED_SIZE ReadSize(CBitReader& bits, H265_EXACT_SPS& sps)
 {
     uint32_t nChromaArrayType = bits.Ue();
     if (nChromaArrayType == 3 && bits.Flag())
@@ -63,11 +63,11 @@ CODED_SIZE ReadSize(CBitReader& bits, H265_SPS& sps)
 
 } // namespace
 
-std::optional<H265_SPS> ReadH265Sps(std::span<const uint8_t> nal)
+std::optional<H265_EXACT_SPS> ReadH265Sps(std::span<const uint8_t> nal)
 {
     const auto bytes = UnescapeNal(nal, sc_parameterSetBytes);
     CBitReader bits(bytes);
-    H265_SPS sps;
+    H265_EXACT_SPS sps;
     bits.Skip(16 + 4);
     const uint32_t sps_max_sub_layers_minus1 = bits.Bits(3);
     bits.Skip(1);
@@ -94,11 +94,11 @@ std::optional<H265_SPS> ReadH265Sps(std::span<const uint8_t> nal)
     return sps;
 }
 
-std::optional<H265_PPS> ReadH265Pps(std::span<const uint8_t> nal)
+std::optional<H265_EXACT_PPS> ReadH265Pps(std::span<const uint8_t> nal)
 {
     const auto bytes = UnescapeNal(nal, sc_parameterSetBytes);
     CBitReader bits(bytes);
-    H265_PPS pps;
+    H265_EXACT_PPS pps;
     bits.Skip(16);
     pps.pps_pic_parameter_set_id = bits.Ue();
     pps.pps_seq_parameter_set_id = bits.Ue();

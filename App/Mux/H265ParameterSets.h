@@ -9,7 +9,7 @@
 namespace Marvane::FrameSift {
 
 // Field names are those of the standard.
-struct H265_SPS
+struct H265_EXACT_SPS
 {
     uint32_t sps_seq_parameter_set_id = 0;
     uint32_t sliceAddressBits = 0;
@@ -17,7 +17,7 @@ struct H265_SPS
     uint32_t nHeight = 0;
 };
 
-struct H265_PPS
+struct H265_EXACT_PPS
 {
     uint32_t pps_pic_parameter_set_id = 0;
     uint32_t pps_seq_parameter_set_id = 0;
@@ -26,8 +26,8 @@ struct H265_PPS
 };
 
 // nal: from the NAL unit's two header bytes on. Nothing if it is damaged.
-std::optional<H265_SPS> ReadH265Sps(std::span<const uint8_t> nal);
-std::optional<H265_PPS> ReadH265Pps(std::span<const uint8_t> nal);
+std::optional<H265_EXACT_SPS> ReadH265Sps(std::span<const uint8_t> nal);
+std::optional<H265_EXACT_PPS> ReadH265Pps(std::span<const uint8_t> nal);
 
 } // namespace Marvane::FrameSift
 
