@@ -1,5 +1,7 @@
 #include "Tools/BitsStream.h"
 
+#include "Tools/BufferRead.h"
+
 namespace Marvane::FrameSift {
 
 namespace {
@@ -24,9 +26,13 @@ void CBitsStream::Init(const uint8_t* stream, uint32_t length)
 // Bytes past the end read as 0xFF.
 uint32_t CBitsStream::WordAt(uint32_t nPos) const
 {
+    // Not "nPos + n < m_nLength": that sum wraps for a length near 2^32.
+    const uint32_t nThere = nPos < m_nLength ? m_nLength - nPos : 0;
+    if (nThere >= sc_wordLen)
+        return LoadUint32Msb(m_pStreamStart + nPos);
     uint32_t nWord = 0;
     for (uint32_t n = 0; n < sc_wordLen; ++n)
-        nWord = nWord << 8 | (nPos + n < m_nLength ? m_pStreamStart[nPos + n] : 0xFFU);
+        nWord = nWord << 8 | (n < nThere ? m_pStreamStart[nPos + n] : 0xFFU);
     return nWord;
 }
 

@@ -10,7 +10,8 @@
 namespace Marvane::FrameSift {
 
 inline constexpr uint32_t gsk_aesBlockSize = 16;
-inline constexpr size_t gsk_aesMostKeyWords = 4 * (14 + 1); // a block for each round of the longest key, and one before
+inline constexpr size_t gsk_aesMostKeyWords =
+    size_t{4} * (14 + 1); // a block for each round of the longest key, and one before
 
 // The expanded key. Words hold their bytes little-endian, so that in memory they stand in the order of the standard.
 struct aes_ctx_t
