@@ -7,11 +7,14 @@ namespace Marvane::FrameSift {
 
 namespace {
 
-std::vector<SIFTED_FRAME> Sift(std::span<const uint8_t> stream, size_t nChunk)
+std::vector<SIFTED_FRAME> Sift(std::span<const uint8_t> stream, size_t nChunk, bool bKey)
 {
+    constexpr unsigned char key[16] = {1, 2, 3};
     std::vector<SIFTED_FRAME> frames;
     CStreamAnalyzer analyzer(0);
     analyzer.InitEx(KX_STREAM_TYPE_ZOSTD);
+    if (bKey)
+        analyzer.SetExtInfo(KX_ENCRYPT_AES, key, sizeof key);
     FeedInChunks(stream, nChunk, [&](uint8_t* pChunk, int32_t nLength) {
         analyzer.ParseData(pChunk, nLength);
         FrameInfo frame{};
@@ -58,7 +61,7 @@ void MakeSound(std::span<uint8_t> stream)
 
 } // namespace Marvane::FrameSift
 
-// Byte 0 chooses the cut, byte 1 whether frames are made sound; the stream follows.
+// Byte 0 chooses the cut, byte 1 whether frames are made sound and whether there is a key; the stream follows.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize)
 {
     using namespace Marvane::FrameSift;
@@ -67,9 +70,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize)
     std::vector<uint8_t> stream(pData + 2, pData + nSize);
     if ((pData[1] & 1) != 0)
         MakeSound(stream);
-    const auto whole = Sift(stream, stream.size());
+    const bool bKey = (pData[1] & 2) != 0;
+    const auto whole = Sift(stream, stream.size(), bKey);
     // Not below 4: without detection, a window that is shorter is thrown away.
-    const auto cut = Sift(stream, size_t{4} + pData[0]);
+    const auto cut = Sift(stream, size_t{4} + pData[0], bKey);
     if (!CutMayMatter(stream, whole))
         CompareSifted(whole, cut);
     return 0;

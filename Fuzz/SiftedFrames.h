@@ -43,7 +43,8 @@ SIFTED_FRAME TakeSiftedFrame(const Record& record)
                       time.nSecond,     time.nMilliSecond};
     if (record.framePointer != nullptr && record.frameLen > 0)
         sifted.frame.assign(record.framePointer, record.framePointer + record.frameLen);
-    if (record.streamPointer != nullptr && record.streamLen > 0)
+    // With a watermark in doubt streamLen is only what the stream claims.
+    if (record.streamPointer != nullptr && record.streamLen > 0 && record.errorFlags != KX_ERROR_FLAGS_WATERMARK)
         sifted.payload.assign(record.streamPointer, record.streamPointer + record.streamLen);
     const bool bInside =
         record.streamLen <= 0 || (record.streamPointer >= record.framePointer &&

@@ -1,7 +1,11 @@
 // framesift_fuzz_seeds TARGET FOLDER: writes what a fuzz target starts from, made by the frame writer.
+#include <algorithm>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "FrameWriter/ZOAVFrameWriter.h"
 
@@ -66,6 +70,24 @@ Bytes DamagedStream()
            frame(7).RawType(0x80).Build() + frame(8).Build();
 }
 
+// Checked, enciphered, watermarked, with pictures that tell their size.
+Bytes FinishedStream()
+{
+    const Bytes sps = {0, 0, 0, 1, 0x67, 66, 0, 30, 0xAB, 0x40, 0xB0, 0x4B, 0x20, 0, 0, 0, 1, 0x65, 0x88, 0x80, 0x10};
+    const Bytes jpeg = {0xFF, 0xD8, 0xFF, 0xE0, 0, 4, 1, 2, 0xFF, 0xC0, 0, 11, 8, 1, 0xE0, 2, 0x80, 1, 1, 0x11, 0};
+    Bytes waterMark = {'T', 'E', 'X', 'T', 0, 0, 0, 0, 20, 0, 0, 0};
+    waterMark.resize(32, 0);
+    const auto frame = [](ZOAV_FRAME eType, uint32_t dwSeq) {
+        return ZoavFrame().Type(eType).Seq(dwSeq).Payload(Bytes(40, 0));
+    };
+    return frame(ZOAV_FRAME::I, 1).ExtHead({0x81, 0, 8, 25}).Payload(sps).Build() +
+           frame(ZOAV_FRAME::P, 2).ExtHead({0x88, 0, 0, 0, 0, 0, 0, 1}).ExtHead({0x94, 2, 1, 0}).Build() +
+           frame(ZOAV_FRAME::P, 5).ExtHead({0x89, 0, 0, 0}).ExtHead({0x81, 0, 8, 12}).Build() +
+           frame(ZOAV_FRAME::I, 6).ExtHead({0x95, 0, 4, 0, 20, 0, 0, 0}).ExtHead({0x81, 0, 12, 25}).Build() +
+           frame(ZOAV_FRAME::Jpeg, 7).ExtHead({0x81, 0, 5, 25}).Payload(jpeg).Build() +
+           frame(ZOAV_FRAME::Data, 8).Type(ZOAV_FRAME::Data, 6).Payload(waterMark).Build();
+}
+
 bool Write(const std::string& path, const Bytes& bytes)
 {
     std::ofstream file(path, std::ios::binary);
@@ -73,8 +95,36 @@ bool Write(const std::string& path, const Bytes& bytes)
     return file.good();
 }
 
+// The front of each sample of a codec: headers stand there, and short inputs are fuzzed faster.
+bool WriteSampleSeeds(const std::string& codec, const std::string& folder)
+{
+    constexpr size_t nFront = 1500;
+    bool bWritten = true;
+    for (const auto& entry : std::filesystem::directory_iterator(std::string(FRAMESIFT_SAMPLES) + "/" + codec)) {
+        std::ifstream file(entry.path(), std::ios::binary);
+        Bytes bytes(nFront);
+        file.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(nFront));
+        bytes.resize(static_cast<size_t>(file.gcount()));
+        bWritten = Write(folder + "/seed-" + entry.path().filename().string(), bytes) && bWritten;
+    }
+    return bWritten;
+}
+
+// The codec of a target's samples; empty if it starts from something else.
+std::string CodecOf(const std::string& target)
+{
+    const std::vector<std::pair<std::string, std::string>> rows = {
+        {"FuzzH264", "h264"}, {"FuzzH265", "h265"}, {"FuzzMpeg2", "mpeg2"}, {"FuzzJpeg", "jpeg"}};
+    const auto row = std::find_if(rows.begin(), rows.end(), [&](const auto& each) { return each.first == target; });
+    return row != rows.end() ? row->second : std::string();
+}
+
 bool WriteSeeds(const std::string& target, const std::string& folder)
 {
+    if (const std::string codec = CodecOf(target); !codec.empty())
+        return WriteSampleSeeds(codec, folder);
+    if (target == "FuzzDecrypt")
+        return Write(folder + "/seed-keys", SoundStream(ZOAV_FAMILY::ZOAV));
     if (target == "FuzzExtHeads") {
         const Bytes fixedHeads = EveryExtHead();
         const Bytes sizedHeads = EverySizedExtHead();
@@ -83,10 +133,11 @@ bool WriteSeeds(const std::string& target, const std::string& folder)
                Write(folder + "/seed-sized", run(sizedHeads) + Bytes(8, 0));
     }
     // Byte 0 chooses the cut; FuzzZoav has a second one in front.
-    const Bytes front = target == "FuzzZoav" ? Bytes{30, 1} : Bytes{30};
+    const Bytes front = target == "FuzzZoav" ? Bytes{30, 3} : Bytes{30};
     return Write(folder + "/seed-zoav", front + SoundStream(ZOAV_FAMILY::ZOAV)) &&
            Write(folder + "/seed-myav", front + SoundStream(ZOAV_FAMILY::MYAV)) &&
-           Write(folder + "/seed-damaged", front + DamagedStream());
+           Write(folder + "/seed-damaged", front + DamagedStream()) &&
+           Write(folder + "/seed-finished", front + FinishedStream());
 }
 
 } // namespace

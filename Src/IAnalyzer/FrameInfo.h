@@ -157,6 +157,18 @@ inline constexpr bool IsIFrameSubType(int32_t nFrameSubType)
            nFrameSubType == KX_FRAME_SUB_TYPE_VIDEO_SMART_I_NORENDER;
 }
 
+// A key frame serves on after its cycle, without what led into that cycle's window or spoke of that frame alone.
+inline void DropWindowPointers(ExtZOAVIFrameInfo& ext)
+{
+    ext.osdExtDataPtr = nullptr;
+    ext.svacEncryptKeyData = nullptr;
+    ext.digtalSignatureEncdecDataPtr = nullptr;
+    ext.digtalSignatureSamplenlen = 0;
+    ext.osdExtDataLen = 0;
+    ext.svacEncryptDataLen = 0;
+    ext.svacEncryptKeyLen = 0;
+}
+
 } // namespace Marvane::FrameSift
 
 #endif

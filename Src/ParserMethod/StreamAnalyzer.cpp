@@ -1,5 +1,7 @@
 #include "ParserMethod/StreamAnalyzer.h"
 
+#include <algorithm>
+
 namespace Marvane::FrameSift {
 
 namespace {
@@ -9,6 +11,15 @@ constexpr uint32_t sc_maxUnknownSize = 0x400000;
 // And what is kept beyond it: enough to find a magic that the cut has split.
 constexpr uint32_t sc_unknownTail = 4;
 constexpr int sc_decryptDataSize = 1024;
+
+// With a watermark in doubt streamLen is only what the stream claims.
+int PayloadInFrame(const FrameInfo& frame)
+{
+    if (frame.streamPointer == nullptr || frame.framePointer == nullptr)
+        return frame.streamLen;
+    const int64_t nBehind = frame.framePointer + frame.frameLen - frame.streamPointer;
+    return static_cast<int>(std::min<int64_t>(frame.streamLen, nBehind));
+}
 
 } // namespace
 
@@ -67,7 +78,7 @@ int CStreamAnalyzer::ParseData(unsigned char* buffer, int length)
 
 int CStreamAnalyzer::ParseDataEx()
 {
-    if (!m_bChoosedClass) {
+    if (!m_bChoosedClass.load(std::memory_order_relaxed)) {
         if (const int nResult = ChooseClass(); nResult != KX_SUCCESS)
             return nResult;
     }
@@ -91,10 +102,16 @@ int CStreamAnalyzer::ChooseClass()
         }
         return nResult;
     }
-    m_bChoosedClass = true;
+    TakeParser(std::move(m_pStreamAnalzyer));
+    return KX_SUCCESS;
+}
+
+void CStreamAnalyzer::TakeParser(std::unique_ptr<IStreamAnalzyer> pStreamAnalzyer)
+{
+    m_pStreamAnalzyer = std::move(pStreamAnalzyer);
     if (m_pInfoCallback != nullptr)
         m_pStreamAnalzyer->SetInfoProcCallback(m_pInfoCallback, m_userData);
-    return KX_SUCCESS;
+    m_bChoosedClass.store(true, std::memory_order_release);
 }
 
 int CStreamAnalyzer::AnalyzeStreamType()
@@ -123,7 +140,7 @@ int CStreamAnalyzer::GetOneFrame(FrameInfo* frame, ExtZOAVIFrameInfo* ext)
     // An empty queue is no error of the stream: it is answered, not stored.
     if (const int nResult = m_frameStore.GetFrame(frame, ext); nResult != KX_SUCCESS)
         return nResult;
-    m_streamSaveDebugOut.writeData(frame->streamPointer, frame->streamLen);
+    m_streamSaveDebugOut.writeData(frame->streamPointer, PayloadInFrame(*frame));
     CloseSensitiveBytesForRepublic(frame, ext);
     return KX_SUCCESS;
 }

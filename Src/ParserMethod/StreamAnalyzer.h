@@ -34,6 +34,12 @@ public:
 
     // A key that waits for the start of the next cycle. 0, 6 or 13.
     virtual int SetExtInfo(unsigned int type, const unsigned char* key, int keylen);
+    // The same from a KX_DECRYPT_PARAM, which is copied. type: a KX_PARAM_TYPE, of which the keys are taken. size: of
+    // param, at least 1. 0, 6 or 13; -1 without memory for the public key.
+    int SetParamEx(unsigned int type, const void* param, int size);
+    // No parser has parameters with a name: both answer true.
+    bool SetParam(const char* name, int64_t nValue);
+    bool GetParam(const char* name, int64_t& nValue);
 
     int Init();
     // Fixes the type: nothing is detected.
@@ -45,26 +51,38 @@ public:
     int ParseData(unsigned char* buffer, int length);
     int GetOneFrame(FrameInfo* frame, ExtZOAVIFrameInfo* ext);
     int GetStreamType() const { return m_nStreamType.load(std::memory_order_relaxed); }
+    // The bytes that wait for the next cycle. They stay the window's.
+    int GetRemainData(unsigned char** data, int* len);
     int ClearBuffer();
     int FlushBuffer();
 
     // Arms a capture: 0 of what goes in, 1 of what comes out, any other number of both.
     bool WriteFileInfo(void* handle, const char* pWritePath, int nWriteType, int nWriteSize);
     int SetInfoProcCallback(fKXInfoCallback pInfoCallback, void* userData);
+    // From then on each cycle tells the parser to spare work. There is no way back.
+    void SetLowCpuPercentageEnable();
 
 protected:
+    // From then on this one parses, whatever the bytes look like.
+    void TakeParser(std::unique_ptr<IStreamAnalzyer> pStreamAnalzyer);
+
     CLogicData m_logicData; // the parser's window
 
 private:
     int ParseDataEx();
     int AnalyzeStreamType();
     int ChooseClass();
+    bool HasParserForParams();
+    int WaitWithKey(const KX_DECRYPT_PARAM& param);
+    int WaitWithKeyRecord(const KX_DECRYPT_PARAM& param);
+    int WaitInKeyRing(const KX_DECRYPT_PARAM& param);
+    int KeyTaken();
     void HandOverKeys();
     void HandOverKeyRing();
     int StoreError(int nResult);
 
-    int32_t m_nBufferSize; // stored; windows start at a size of their own
-    bool m_bChoosedClass = false;
+    int32_t m_nBufferSize;                    // stored; windows start at a size of their own
+    std::atomic<bool> m_bChoosedClass{false}; // set behind m_pStreamAnalzyer, for threads that bring keys
     CError m_errorType;
     CLogicData m_checkData; // the detector's window over the same chunks
     std::unique_ptr<IStreamAnalzyer> m_pStreamAnalzyer;

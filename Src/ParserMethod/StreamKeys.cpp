@@ -1,4 +1,9 @@
 // The keys of a stream: they wait here until the next cycle starts, and never take effect within one.
+#include <algorithm>
+#include <cstring>
+
+#include "Memory/TryAlloc.h"
+#include "ParserMethod/ParamType.h"
 #include "ParserMethod/StreamAnalyzer.h"
 
 namespace Marvane::FrameSift {
@@ -7,6 +12,47 @@ namespace {
 
 constexpr int sc_decryptParamSize = 64;
 static_assert(sizeof(KX_DECRYPT_PARAM) == sc_decryptParamSize);
+
+// One AES-256 key as it waits among others.
+struct AES256_KEY_RECORD
+{
+    uint8_t nOne;      //  0  always 1
+    uint8_t keyId[16]; //  1  zero-filled
+    uint8_t key[32];   // 17  zero-filled
+};
+static_assert(sizeof(AES256_KEY_RECORD) == 49);
+
+// KX_PARAM_DECRYPT_AES256_GDPR2 and behind it, by their place.
+constexpr std::array<uint32_t, 5> sc_ringKinds = {KX_ENCRYPT_AES256_GDPR2, KX_ENCRYPT_SM1_ECB, KX_ENCRYPT_SM1_OFB,
+                                                  KX_ENCRYPT_SM4_ECB, KX_ENCRYPT_SM4_OFB};
+
+bool HasKey(const KX_DECRYPT_PARAM& param)
+{
+    return param.pKey != nullptr && param.nKeyLen >= 1;
+}
+
+template <size_t N>
+void CopyFront(uint8_t (&to)[N], const char* pFrom, int32_t nLen)
+{
+    std::memcpy(to, pFrom, std::min(N, static_cast<size_t>(nLen)));
+}
+
+// A copy of its own in place of the block that pBlock owns; no block for no bytes. False without memory: there is then
+// no block either.
+bool ReplaceBlock(char*& pBlock, int32_t& nBlockLen, const char* pFrom, int32_t nLen)
+{
+    delete[] pBlock;
+    pBlock = nullptr;
+    nBlockLen = 0;
+    if (nLen < 1)
+        return true;
+    pBlock = TRY_ALLOC_ARRAY<char>(static_cast<size_t>(nLen)).release();
+    if (pBlock == nullptr)
+        return false;
+    std::memcpy(pBlock, pFrom, static_cast<size_t>(nLen));
+    nBlockLen = nLen;
+    return true;
+}
 
 void FreeDecryptParam(KX_DECRYPT_PARAM& param)
 {
@@ -39,8 +85,76 @@ int CStreamAnalyzer::SetExtInfo(unsigned int type, const unsigned char* key, int
     } else {
         return KX_ERROR_PARAMETER;
     }
+    return KeyTaken();
+}
+
+int CStreamAnalyzer::SetParamEx(unsigned int type, const void* param, int size)
+{
+    CKXAutoMutexLock lock(m_csMutex);
+    if (param == nullptr || size < 1)
+        return KX_ERROR_PARAMETER;
+    KX_DECRYPT_PARAM key;
+    std::memcpy(&key, param, sizeof key);
+    // Unlike SetExtInfo, a refusal leaves the kind of the key that waits.
+    if (type < KX_PARAM_DECRYPT_AES || type > KX_PARAM_DECRYPT_GM_SM4_OFB || !HasKey(key))
+        return KX_ERROR_PARAMETER;
+    if (type == KX_PARAM_DECRYPT_AES)
+        return WaitWithKey(key);
+    if (type == KX_PARAM_DECRYPT_AES256)
+        return WaitWithKeyRecord(key);
+    m_nEncryptType = sc_ringKinds[type - KX_PARAM_DECRYPT_AES256_GDPR2];
+    if (!m_bChoosedClass.load(std::memory_order_acquire))
+        return WaitInKeyRing(key);
+    m_pStreamAnalzyer->SetExtInfo(m_nEncryptType, static_cast<const unsigned char*>(param), sc_decryptParamSize);
+    return KeyTaken();
+}
+
+int CStreamAnalyzer::KeyTaken()
+{
     m_bKeySet.store(true, std::memory_order_relaxed);
     return KX_SUCCESS;
+}
+
+int CStreamAnalyzer::WaitWithKey(const KX_DECRYPT_PARAM& param)
+{
+    const auto nKeyLen = static_cast<uint32_t>(param.nKeyLen);
+    if (m_DecryptKey.Init(nKeyLen) != KX_SUCCESS)
+        return KX_ERROR_SYSTEM_OUT_OF_MEMORY;
+    m_DecryptKey.SetData(reinterpret_cast<const uint8_t*>(param.pKey), nKeyLen);
+    m_nEncryptType = KX_ENCRYPT_AES;
+    return KeyTaken();
+}
+
+int CStreamAnalyzer::WaitWithKeyRecord(const KX_DECRYPT_PARAM& param)
+{
+    if (param.pKeyId == nullptr || param.nKeyIdLen < 1)
+        return KX_ERROR_PARAMETER;
+    AES256_KEY_RECORD record = {1, {}, {}};
+    CopyFront(record.keyId, param.pKeyId, param.nKeyIdLen);
+    CopyFront(record.key, param.pKey, param.nKeyLen);
+    m_DecryptData.AppendBuffer(reinterpret_cast<const uint8_t*>(&record), sizeof record, false);
+    m_nEncryptType = KX_ENCRYPT_AES256;
+    return KeyTaken();
+}
+
+// Without memory the entry is left half-filled, and the next key takes the same one.
+int CStreamAnalyzer::WaitInKeyRing(const KX_DECRYPT_PARAM& param)
+{
+    KX_DECRYPT_PARAM& entry = m_DecryptParam[static_cast<size_t>(m_nVkekNum)];
+    if (!ReplaceBlock(entry.pKey, entry.nKeyLen, param.pKey, param.nKeyLen))
+        return KX_ERROR_SYSTEM_OUT_OF_MEMORY;
+    const int32_t nKeyIdLen = param.pKeyId != nullptr ? param.nKeyIdLen : 0;
+    if (!ReplaceBlock(entry.pKeyId, entry.nKeyIdLen, param.pKeyId, nKeyIdLen))
+        return KX_ERROR_SYSTEM_OUT_OF_MEMORY;
+    if (param.pPublicKey != nullptr && param.bSetPublicKey) {
+        delete entry.pPublicKey;
+        entry.pPublicKey = new (std::nothrow) KX_PUBLICKEY_PARAM(*param.pPublicKey);
+        entry.bSetPublicKey = entry.pPublicKey != nullptr;
+        if (entry.pPublicKey == nullptr)
+            return -1;
+    }
+    m_nVkekNum = (m_nVkekNum + 1) % static_cast<int32_t>(m_DecryptParam.size());
+    return KeyTaken();
 }
 
 void CStreamAnalyzer::HandOverKeys()

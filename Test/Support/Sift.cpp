@@ -13,6 +13,15 @@ Bytes CopyOf(const uint8_t* pBytes, int32_t nLen)
     return pBytes != nullptr && nLen > 0 ? Bytes(pBytes, pBytes + nLen) : Bytes();
 }
 
+// With a watermark in doubt streamLen is only what the stream claims.
+Bytes PayloadOf(const KX_FRAME_INFO& info)
+{
+    if (info.errorFlags != KX_ERROR_FLAGS_WATERMARK)
+        return CopyOf(info.streamPointer, info.streamLen);
+    const auto nBehind = static_cast<int32_t>(info.framePointer + info.frameLen - info.streamPointer);
+    return CopyOf(info.streamPointer, std::min(info.streamLen, nBehind));
+}
+
 SIFTED_FRAME ToSifted(const KX_FRAME_INFO& info)
 {
     const KX_TIME& time = info.frameTime;
@@ -32,7 +41,7 @@ SIFTED_FRAME ToSifted(const KX_FRAME_INFO& info)
             info.streamLen,
             info.frameLen,
             {time.nYear, time.nMonth, time.nDay, time.nHour, time.nMinute, time.nSecond, time.nMilliSecond},
-            CopyOf(info.streamPointer, info.streamLen),
+            PayloadOf(info),
             CopyOf(info.framePointer, info.frameLen)};
 }
 

@@ -109,7 +109,7 @@ typedef enum KX_FRAME_SUB_TYPE
 /**
  * Damage found in a frame: the values of KX_FRAME_INFO::errorFlags. One value and no set of bits, whatever the name
  * says. Parsing goes on behind a damaged frame by itself; the codes say what to do with the record. A ZOAV
- * stream can give 0, 2, 3, 5 and 11; the others belong to checks and formats that this version does not have.
+ * stream can give 0, 2, 3, 4, 5, 7, 8, 11 and 13; the others belong to formats that this version does not have.
  */
 typedef enum KX_ERROR_FLAGS
 {
@@ -122,15 +122,19 @@ typedef enum KX_ERROR_FLAGS
     KX_ERROR_FLAGS_LENGTH = 2,
     /** The head does not match its sum. Do not trust the other fields. */
     KX_ERROR_FLAGS_HEAD_VERIFY = 3,
-    /** The payload does not match its sum. It may show damage when decoded. */
+    /** The payload does not match the sum that the frame carries. It may show damage when decoded. The sum is over the
+       enciphered bytes, so a frame that was deciphered is not checked. */
     KX_ERROR_FLAGS_DATA_VERIFY = 4,
     /** The end of a frame whose head is lost, or a block stepped over unread. No pointers: skip it. */
     KX_ERROR_FLAGS_LOST_HEADER = 5,
     /** Damaged in a way that has no code. Skip it. */
     KX_ERROR_FLAGS_UNKNOWN = 6,
-    /** Stands for frames missing in front of the next one. No pointers; a decoder should wait for an I frame. */
+    /** Stands for frames missing in front of the next one: the numbers of the video frames have a gap, or go back.
+       No bytes, no pointers; frameSeq is the number before the next frame, time and time stamp are that frame's. A
+       decoder should wait for an I frame. Not given for a stream that carries several numbered channels. */
     KX_ERROR_FLAGS_LOSTFRAME = 7,
-    /** The watermark does not match its sum: the picture may have been altered. Report it. */
+    /** The watermark does not match its record: the stream may have been altered. Report it. streamLen is what the
+       record claims, which may reach past the frame: bound it by framePointer and frameLen. */
     KX_ERROR_FLAGS_WATERMARK = 8,
     /** Does not fit what stands around it. Skip it. */
     KX_ERROR_FLAGS_CONTEXT = 9,
@@ -140,7 +144,8 @@ typedef enum KX_ERROR_FLAGS
     KX_ERROR_FLAGS_FRAME_HALF_BAKED = 11,
     /** Sound, but of an unknown subtype. Use it if frameType is enough. */
     KX_ERROR_FLAGS_SUBTYPE_UNKNOWN = 12,
-    /** Deciphering failed; the payload is still enciphered. Give another key, or skip it. */
+    /** The frame says that a part is enciphered which does not lie in its payload. Nothing was deciphered: skip it. A
+       wrong key is not noticed: the payload comes out as noise, without an error. */
     KX_ERROR_FLAGS_DECRYPTION_FAILURE = 13
 } KX_ERROR_FLAGS;
 
@@ -149,7 +154,8 @@ typedef enum KX_ENCRYPT_TYPE
 {
     /** Clear, or a cipher that is not known. */
     KX_ENCRYPT_UNKOWN = 0,
-    /** AES with 128 bits in ECB mode, FIPS 197. */
+    /** AES in ECB mode, FIPS 197; whole blocks of 16 bytes, the rest of a payload stays clear. The one cipher that
+       this library deciphers. */
     KX_ENCRYPT_AES = 1,
     /** DES, FIPS 46-3. */
     KX_ENCRYPT_DES = 2,

@@ -35,12 +35,14 @@ typedef struct KX_FRAME_INFO
     int32_t streamType;
     /** Filled. first byte of the payload (picture, sound or data) inside the frame; null where there is none */
     uint8_t* streamPointer;
-    /** Filled. bytes of the payload; 0: none; below 0: the frame claims more heads than it holds, and has no payload */
+    /** Filled. bytes of the payload; 0: none; below 0: the frame claims more heads than it holds, and has no payload.
+       With KX_ERROR_FLAGS_WATERMARK only a claim of the stream */
     int32_t streamLen;
     /** Filled. first byte of the whole frame as it stands in the stream, heads and tail included; null for a tail alone
      */
     uint8_t* framePointer;
-    /** Filled. bytes of the whole frame; 4 for a damaged one, of which only the four letters are stepped over */
+    /** Filled. bytes of the whole frame; 4 for a damaged one, of which only the four letters are stepped over; 0 for a
+       record that stands for lost frames */
     int32_t frameLen;
     /** Filled. time of the frame by the recorder's clock, which carries no zone; in doubt for a damaged frame */
     KX_TIME frameTime;
@@ -48,11 +50,12 @@ typedef struct KX_FRAME_INFO
     int32_t timeStamp;
     /** Filled. number of the frame as the recorder counted it, 32 bits; above INT32_MAX it reads negative */
     int32_t frameSeq;
-    /** Filled. video frames per second as the stream states it; 0: not told */
+    /** Filled. video frames per second as the last key frame states it, or this frame for itself; 0: not told */
     int32_t frameRate;
-    /** Filled. picture width in pixels as the stream states it; 0: not told at this frame, or no video */
+    /** Filled. picture width in pixels, cropped: what the payload of the last key frame says (H.264, H.265, JPEG), else
+       what the recorder states; 0: not told, or no video */
     int32_t width;
-    /** Filled. picture height in pixels as the stream states it; 0: not told at this frame, or no video */
+    /** Filled. picture height in pixels, as width */
     int32_t height;
     /** Not filled. KX_DEINTERLACE_* */
     int32_t deinterlace;

@@ -23,18 +23,6 @@ bool IsSmartP(int32_t nFrameSubType)
     return nFrameSubType == KX_FRAME_SUB_TYPE_VIDEO_SMART_P_FRAME;
 }
 
-// An I frame of an earlier cycle serves on, without what led into that cycle's window or spoke of that frame alone.
-void DropWindowPointers(ExtZOAVIFrameInfo& ext)
-{
-    ext.osdExtDataPtr = nullptr;
-    ext.svacEncryptKeyData = nullptr;
-    ext.digtalSignatureEncdecDataPtr = nullptr;
-    ext.digtalSignatureSamplenlen = 0;
-    ext.osdExtDataLen = 0;
-    ext.svacEncryptDataLen = 0;
-    ext.svacEncryptKeyLen = 0;
-}
-
 // A frame that was deciphered reads as clear.
 void ClearFinishedCipher(FrameInfo& frame)
 {

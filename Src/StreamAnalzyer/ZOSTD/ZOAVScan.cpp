@@ -1,9 +1,7 @@
-// How the scan recognises a ZOAV frame, what it asks of a head, and the sums and tails that prove one.
+// How the scan recognises a ZOAV frame, and what it asks of a head.
 #include <algorithm>
 #include <array>
-#include <cstring>
 #include <limits>
-#include <numeric>
 #include <optional>
 
 #include "Memory/WindowRead.h"
@@ -127,25 +125,6 @@ bool CZOAVStream::CheckStdFrameHead(const STD_FRAME_HEAD* pHead)
     const uint8_t chType = pHead->chType;
     return std::find(sc_detectedTypes.begin(), sc_detectedTypes.end(), chType) != sc_detectedTypes.end() &&
            pHead->dwFrameLen <= sc_maxDetectedFrameLen && FrameHeadVerify(pHead);
-}
-
-bool CZOAVStream::FrameHeadVerify(const STD_FRAME_HEAD* lpStdFrameHead)
-{
-    std::array<uint8_t, sizeof(STD_FRAME_HEAD)> bytes;
-    std::memcpy(bytes.data(), lpStdFrameHead, sizeof(STD_FRAME_HEAD));
-    return static_cast<uint8_t>(std::accumulate(bytes.begin(), bytes.end() - 1, 0U)) == bytes.back();
-}
-
-bool CZOAVStream::FrameLengthVerify(CLogicData& logicData, int64_t frameStartPos, int32_t frameLen)
-{
-    const auto tail = ReadRecordAt<STD_FRAME_TAIL>(logicData, frameStartPos + frameLen - gsk_stdFrameTailSize);
-    return tail.has_value() && IfZavTailerSmallEndian(tail->dwFlag);
-}
-
-bool CZOAVStream::FrameTailVerify(CLogicData& logicData, int64_t tailStartPos, uint32_t frameLen)
-{
-    const auto tail = ReadRecordAt<STD_FRAME_TAIL>(logicData, tailStartPos);
-    return tail.has_value() && IsTailOf(*tail, frameLen);
 }
 
 } // namespace Marvane::FrameSift

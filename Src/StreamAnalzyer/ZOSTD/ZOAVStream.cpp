@@ -150,6 +150,9 @@ bool CZOAVStream::TakeWholeFrame(CLogicData& logicData, int64_t nPos, const STD_
     // A frame shorter than its own heads goes out with a negative payload length, and with no payload to point at.
     if (frame.streamLen >= 0)
         frame.streamPointer = pFrame + gsk_stdFrameHeadSize + head.nExtFrameLen;
+    Decipher(frame);
+    FrameVideoInfoVerify(frame, ext);
+    FillPFrameByKeyFrameInfo(frame, ext); // without memory the key frame is not kept; the frame itself is sound
     StripPayloadPrefix(frame);
     return true;
 }
@@ -178,21 +181,6 @@ void CZOAVStream::ParseExtHead(std::span<const uint8_t> bytes, int nExtFrameLen,
                            m_B6ExtStartOffset,
                            m_nCommonEncryptHeadoffset};
     WalkExtHeads(bytes, nExtFrameLen, target);
-}
-
-void CZOAVStream::FrameVerify(CLogicData* logicData, int frameStartPos, FrameInfo& frame, ExtZOAVIFrameInfo&)
-{
-    const auto head = ReadRecordAt<STD_FRAME_HEAD>(*logicData, frameStartPos);
-    if (!head.has_value())
-        return;
-    const int32_t nFrameLen = frame.frameLen;
-    const int64_t nTailPos = int64_t{frameStartPos} + nFrameLen - gsk_stdFrameTailSize;
-    if (!FrameLengthVerify(*logicData, frameStartPos, nFrameLen))
-        frame.errorFlags = KX_ERROR_FLAGS_LENGTH;
-    else if (!FrameHeadVerify(&*head))
-        frame.errorFlags = KX_ERROR_FLAGS_HEAD_VERIFY;
-    else if (!FrameTailVerify(*logicData, nTailPos, static_cast<uint32_t>(nFrameLen)))
-        frame.errorFlags = KX_ERROR_FLAGS_FRAME_HALF_BAKED;
 }
 
 int CZOAVStream::ParseData(KX_INDEX_INFO* indexInfo, FrameInfo* frameInfo)
