@@ -5,8 +5,13 @@
 
 #include <csignal>
 #include <cstdio>
+#include <functional>
+#include <memory>
+#include <vector>
 
+#include "Check/CheckCommand.h"
 #include "Frames/FramesCommand.h"
+#include "Keys/UnexpectedText.h"
 #include "Mux/MuxCommand.h"
 #include "framesift/framesift.h"
 
@@ -25,25 +30,50 @@ int Fail(EXIT_CODE eCode, const std::string& text)
     return static_cast<int>(eCode);
 }
 
+struct VERB
+{
+    std::function<bool()> isChosen;
+    std::function<EXIT_CODE()> run;
+};
+
+template <class COMMAND>
+VERB Declare(CLI::App& app)
+{
+    auto pCommand = std::make_shared<COMMAND>(app);
+    return {[pCommand] { return pCommand->IsChosen(); }, [pCommand] { return pCommand->Run(); }};
+}
+
+std::string VerbNames(const CLI::App& app)
+{
+    std::string names;
+    for (const CLI::App* pVerb : app.get_subcommands(nullptr))
+        names += (names.empty() ? "" : ", ") + pVerb->get_name();
+    return names;
+}
+
 EXIT_CODE ParseAndRun(int nArguments, char** pArguments)
 {
     CLI::App app("Takes the frames out of recordings and streams of video surveillance", "framesift");
     app.footer(sc_example);
     app.set_version_flag("--version", std::string("framesift ") + KX_GetVersion());
     app.require_subcommand(0, 1);
-    CFramesCommand frames(app);
-    CMuxCommand mux(app);
+    const std::vector<VERB> verbs = {Declare<CFramesCommand>(app), Declare<CMuxCommand>(app),
+                                     Declare<CCheckCommand>(app)};
     try {
         app.parse(nArguments, pArguments);
     } catch (const CLI::Success& answer) { // --help and --version, which are no failure
         app.exit(answer);
         return EXIT_CODE::Done;
+    } catch (const CLI::ExtrasError&) { // whose own text shows the arguments, and one of them may be a key
+        throw CAppError(EXIT_CODE::Usage, UnexpectedText(app.remaining(true)) + "; --help tells more");
     } catch (const CLI::ParseError& error) {
         throw CAppError(EXIT_CODE::Usage, std::string(error.what()) + "; --help tells more");
     }
-    if (app.get_subcommands().empty())
-        throw CAppError(EXIT_CODE::Usage, "name a verb, frames or mux; --help tells more");
-    return frames.IsChosen() ? frames.Run() : mux.Run();
+    for (const VERB& verb : verbs) {
+        if (verb.isChosen())
+            return verb.run();
+    }
+    throw CAppError(EXIT_CODE::Usage, "name a verb: " + VerbNames(app) + "; --help tells more");
 }
 
 } // namespace

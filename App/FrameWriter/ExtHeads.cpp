@@ -21,6 +21,12 @@ uint8_t High(uint16_t nValue)
     return static_cast<uint8_t>(nValue >> 8);
 }
 
+void AppendLsb32(Bytes& to, uint32_t nValue)
+{
+    for (int nShift = 0; nShift < 32; nShift += 8)
+        to.push_back(static_cast<uint8_t>(nValue >> nShift));
+}
+
 } // namespace
 
 Bytes ExtHead81(uint8_t chEncodeType, uint8_t chFrameRate)
@@ -46,6 +52,25 @@ Bytes ExtHead83(uint8_t chChannels, uint8_t chEncodeType, uint8_t chSampleType)
 Bytes ExtHead8C(uint8_t chChannels, uint8_t chEncodeType, uint8_t chSampleType, uint8_t chBitRateType)
 {
     return {0x8C, sc_head8CSize, chChannels, chEncodeType, chSampleType, chBitRateType, 0, 0};
+}
+
+Bytes ExtHead88(uint8_t chType, uint32_t nValue)
+{
+    Bytes head = {0x88};
+    AppendLsb32(head, nValue);
+    return head + Bytes{0, 0, chType};
+}
+
+Bytes ExtHead89(uint8_t chType)
+{
+    return {0x89, chType, 0, 0};
+}
+
+Bytes ExtHead95(uint8_t chType, uint16_t noffset, uint32_t nActualDataLen)
+{
+    Bytes head = {0x95, chType, Low(noffset), High(noffset)};
+    AppendLsb32(head, nActualDataLen);
+    return head;
 }
 
 Bytes ExtHeadA0(uint16_t nMilliSecond)

@@ -129,6 +129,12 @@ ZoavFrame& ZoavFrame::ClaimExtLength(uint8_t nExtFrameLen)
     return *this;
 }
 
+ZoavFrame& ZoavFrame::DamagedPayload(size_t nOffset)
+{
+    m_damagedOffset = nOffset;
+    return *this;
+}
+
 Bytes ZoavFrame::BuildHead(uint32_t dwFrameLen) const
 {
     Bytes head;
@@ -156,7 +162,10 @@ Bytes ZoavFrame::BuildTail(uint32_t dwFrameLen) const
 Bytes ZoavFrame::Build() const
 {
     const auto dwFrameLen = static_cast<uint32_t>(sc_headSize + m_extHeads.size() + m_payload.size() + sc_tailSize);
-    return BuildHead(dwFrameLen) + m_extHeads + m_payload + BuildTail(dwFrameLen);
+    Bytes payload = m_payload;
+    if (m_damagedOffset && *m_damagedOffset < payload.size())
+        payload[*m_damagedOffset] ^= 1;
+    return BuildHead(dwFrameLen) + m_extHeads + payload + BuildTail(dwFrameLen);
 }
 
 } // namespace Marvane::FrameSift

@@ -58,6 +58,8 @@ public:
     ZoavFrame& ClaimLength(uint32_t dwFrameLen);     // in the head, under a correct sum; the tail keeps the real length
     ZoavFrame& ClaimExtLength(uint8_t nExtFrameLen); // in the head, under a correct sum
 
+    ZoavFrame& DamagedPayload(size_t nOffset); // one bit of that byte is flipped, whatever a sum in a head says
+
     Bytes Build() const;
     operator Bytes() const { return Build(); }
 
@@ -76,6 +78,7 @@ private:
     Bytes m_payload;
     std::optional<uint32_t> m_claimedLength;
     std::optional<uint8_t> m_claimedExtLength;
+    std::optional<size_t> m_damagedOffset;
     bool m_bWrongSum = false;
     bool m_bWrongTailMagic = false;
     bool m_bWrongTailLength = false;

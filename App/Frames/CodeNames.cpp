@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <span>
 
+#include "Tools/HxxxCodes.h"
 #include "framesift/framesift.h"
 
 namespace Marvane::FrameSift {
@@ -130,6 +131,42 @@ constexpr CODE_NAME sc_errors[] = {
     {KX_ERROR_FLAGS_DECRYPTION_FAILURE, "decryption"},
 };
 
+constexpr CODE_NAME sc_ciphers[] = {
+    {KX_ENCRYPT_UNKOWN, ""},         {KX_ENCRYPT_AES, "aes"},
+    {KX_ENCRYPT_DES, "des"},         {KX_ENCRYPT_3DES, "3des"},
+    {KX_ENCRYPT_KTJM, "ktjm"},       {KX_ENCRYPT_SYJM, "syjm"},
+    {KX_ENCRYPT_HZSD, "hzsd"},       {KX_ENCRYPT_ZBQL, "zbql"},
+    {KX_ENCRYPT_AES256, "aes256"},   {KX_ENCRYPT_AES256_GDPR2, "aes256-2"},
+    {KX_ENCRYPT_SM1_ECB, "sm1-ecb"}, {KX_ENCRYPT_SM1_OFB, "sm1-ofb"},
+    {KX_ENCRYPT_SM4_ECB, "sm4-ecb"}, {KX_ENCRYPT_SM4_OFB, "sm4-ofb"},
+    {KX_ENCRYPT_ANHENG, "anheng"},   {KX_ENCRYPT_AES256_CBC, "aes256-cbc"},
+};
+
+constexpr CODE_NAME sc_interlaces[] = {
+    {KX_DEINTERLACE_PAIR, "two-fields"},
+    {KX_DEINTERLACE_SINGLE, "one-field"},
+    {KX_DEINTERLACE_NONE, "none"},
+};
+
+constexpr CODE_NAME sc_primaries[] = {
+    {KX_COLOR_PRIMARIES_UNDEF, ""},
+    {KX_COLOR_PRIMARIES_BT601_625, "bt601"},
+    {KX_COLOR_PRIMARIES_BT709, "bt709"},
+    {KX_COLOR_PRIMARIES_BT2020, "bt2020"},
+};
+
+constexpr CODE_NAME sc_transfers[] = {
+    {KX_TRANSFER_FUNC_UNDEF, ""},      {KX_TRANSFER_FUNC_LINEAR, "linear"},   {KX_TRANSFER_FUNC_SRGB, "srgb"},
+    {KX_TRANSFER_FUNC_BT709, "bt709"}, {KX_TRANSFER_FUNC_SMPTE_ST2084, "pq"}, {KX_TRANSFER_FUNC_HLG, "hlg"},
+};
+
+constexpr CODE_NAME sc_matrices[] = {
+    {KX_COLOR_SPACE_UNDEF, ""},
+    {KX_COLOR_SPACE_BT601, "bt601"},
+    {KX_COLOR_SPACE_BT709, "bt709"},
+    {KX_COLOR_SPACE_BT2020, "bt2020"},
+};
+
 constexpr CODE_NAME sc_streamTypes[] = {
     {KX_STREAM_TYPE_UNKNOWN, "unknown"},
     {KX_STREAM_TYPE_MPEG4, "mpeg4"},
@@ -168,6 +205,31 @@ std::string StreamTypeName(int32_t nStreamType)
 std::string ErrorName(int32_t nErrorFlags)
 {
     return NameOf(sc_errors, nErrorFlags);
+}
+
+std::string CipherName(int32_t nEncryptType)
+{
+    return NameOf(sc_ciphers, nEncryptType);
+}
+
+std::string InterlaceName(int32_t nDeinterlace)
+{
+    return NameOf(sc_interlaces, nDeinterlace);
+}
+
+std::string ColourPrimariesName(int32_t nColorPrimaries)
+{
+    return NameOf(sc_primaries, nColorPrimaries);
+}
+
+std::string ColourTransferName(int32_t nColorTransfer)
+{
+    return NameOf(sc_transfers, nColorTransfer);
+}
+
+std::string ColourMatrixName(int32_t nColorSpace)
+{
+    return NameOf(sc_matrices, nColorSpace);
 }
 
 std::string SubTypeName(int32_t nFrameType, int32_t nFrameSubType)

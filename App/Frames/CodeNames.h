@@ -12,6 +12,14 @@ std::string FrameTypeName(int32_t nFrameType);   // KX_FRAME_TYPE_*
 std::string StreamTypeName(int32_t nStreamType); // KX_STREAM_TYPE_*
 std::string ErrorName(int32_t nErrorFlags);      // KX_ERROR_FLAGS_*; empty for a sound frame
 
+std::string CipherName(int32_t nEncryptType);    // KX_ENCRYPT_*; empty for a clear frame
+std::string InterlaceName(int32_t nDeinterlace); // KX_DEINTERLACE_*
+
+// The compact codes of a record; empty for 0, which tells nothing.
+std::string ColourPrimariesName(int32_t nColorPrimaries);
+std::string ColourTransferName(int32_t nColorTransfer);
+std::string ColourMatrixName(int32_t nColorSpace);
+
 // These depend on the frame type. Empty if the frame has none: audio knows no subtypes, data no codecs.
 std::string SubTypeName(int32_t nFrameType, int32_t nFrameSubType);
 std::string CodecName(int32_t nFrameType, int32_t nFrameEncodeType);

@@ -1,6 +1,7 @@
 #include "Frames/FrameFields.h"
 
 #include "Frames/CodeNames.h"
+#include "Frames/FrameState.h"
 #include "Frames/FrameText.h"
 
 namespace Marvane::FrameSift {
@@ -14,7 +15,8 @@ FIELD_VALUE TextOrNothing(std::string text)
 
 FIELD_VALUE IfVideo(const LISTED_FRAME& listed, int64_t nValue)
 {
-    return listed.frame.frameType == KX_FRAME_TYPE_VIDEO ? FIELD_VALUE(nValue) : FIELD_VALUE();
+    const bool bPicture = listed.frame.frameType == KX_FRAME_TYPE_VIDEO && !IsLostFrame(listed.frame);
+    return bPicture ? FIELD_VALUE(nValue) : FIELD_VALUE();
 }
 
 FIELD_VALUE IfAudio(const LISTED_FRAME& listed, int64_t nValue)
@@ -22,15 +24,43 @@ FIELD_VALUE IfAudio(const LISTED_FRAME& listed, int64_t nValue)
     return listed.frame.frameType == KX_FRAME_TYPE_AUDIO ? FIELD_VALUE(nValue) : FIELD_VALUE();
 }
 
+FIELD_VALUE IfTold(int64_t nValue)
+{
+    return nValue > 0 ? FIELD_VALUE(nValue) : FIELD_VALUE();
+}
+
+FIELD_VALUE InterlaceOf(const LISTED_FRAME& listed)
+{
+    const FrameInfo& frame = listed.parsed;
+    const bool bPicture = frame.frameType == KX_FRAME_TYPE_VIDEO && !IsLostFrame(frame);
+    return bPicture && IsInterlaceTold(listed) ? FIELD_VALUE(InterlaceName(frame.deinterlace)) : FIELD_VALUE();
+}
+
+// Of a mastering display, if there is one: 0 is then a value too.
+FIELD_VALUE IfMastered(const LISTED_FRAME& listed, int64_t nValue)
+{
+    return listed.parsed.nMaxLuminance != 0 ? FIELD_VALUE(nValue) : FIELD_VALUE();
+}
+
+// Spaces between the numbers, since a comma ends a cell.
+template <size_t COUNT>
+FIELD_VALUE NumbersIfMastered(const LISTED_FRAME& listed, uint16_t (FrameInfo::*pNumbers)[COUNT])
+{
+    if (listed.parsed.nMaxLuminance == 0)
+        return {};
+    std::string text;
+    for (size_t n = 0; n < COUNT; ++n)
+        text += (n == 0 ? "" : " ") + std::to_string((listed.parsed.*pNumbers)[n]);
+    return text;
+}
+
 constexpr FRAME_FIELD sc_fields[] = {
     {"offset", [](const LISTED_FRAME& l) -> FIELD_VALUE { return l.nFrameOffset; }},
     {"payload_offset",
      [](const LISTED_FRAME& l) { return l.frame.streamLen > 0 ? FIELD_VALUE(l.nPayloadOffset) : FIELD_VALUE(); }},
     {"kind", [](const LISTED_FRAME& l) { return TextOrNothing(FrameTypeName(l.frame.frameType)); }},
-    {"subtype",
-     [](const LISTED_FRAME& l) { return TextOrNothing(SubTypeName(l.frame.frameType, l.frame.frameSubType)); }},
-    {"codec",
-     [](const LISTED_FRAME& l) { return TextOrNothing(CodecName(l.frame.frameType, l.frame.frameEncodeType)); }},
+    {"subtype", [](const LISTED_FRAME& l) { return TextOrNothing(SubTypeText(l.frame)); }},
+    {"codec", [](const LISTED_FRAME& l) { return TextOrNothing(CodecText(l.frame)); }},
     {"time", [](const LISTED_FRAME& l) { return TextOrNothing(TimeText(KX_TIME(l.frame.frameTime))); }},
     {"time_stamp", [](const LISTED_FRAME& l) -> FIELD_VALUE { return int64_t{l.frame.timeStamp}; }},
     // Unsigned on the wire, signed in the record.
@@ -45,6 +75,25 @@ constexpr FRAME_FIELD sc_fields[] = {
     {"payload_length", [](const LISTED_FRAME& l) -> FIELD_VALUE { return int64_t{l.frame.streamLen}; }},
     {"stream_type", [](const LISTED_FRAME& l) -> FIELD_VALUE { return int64_t{l.nStreamType}; }},
     {"error", [](const LISTED_FRAME& l) { return TextOrNothing(ErrorName(l.frame.errorFlags)); }},
+    {"cipher", [](const LISTED_FRAME& l) { return TextOrNothing(CipherName(l.parsed.nEncryptType)); }},
+    {"cipher_state", [](const LISTED_FRAME& l) { return TextOrNothing(CipherStateText(l.parsed)); }},
+    {"announced_width", [](const LISTED_FRAME& l) { return IfTold(l.nAnnouncedWidth); }},
+    {"announced_height", [](const LISTED_FRAME& l) { return IfTold(l.nAnnouncedHeight); }},
+    {"coded_width", [](const LISTED_FRAME& l) { return IfTold(l.parsed.cropBeforeWidth); }},
+    {"coded_height", [](const LISTED_FRAME& l) { return IfTold(l.parsed.cropBeforeHeight); }},
+    {"interlace", &InterlaceOf},
+    {"bit_depth", [](const LISTED_FRAME& l) { return IfTold(l.parsed.nVideoBitDepth); }},
+    {"colour_primaries",
+     [](const LISTED_FRAME& l) { return TextOrNothing(ColourPrimariesName(l.parsed.nColorPrimaries)); }},
+    {"colour_transfer",
+     [](const LISTED_FRAME& l) { return TextOrNothing(ColourTransferName(l.parsed.nColorTransfer)); }},
+    {"colour_matrix", [](const LISTED_FRAME& l) { return TextOrNothing(ColourMatrixName(l.parsed.nColorSpace)); }},
+    {"max_luminance", [](const LISTED_FRAME& l) { return IfMastered(l, l.parsed.nMaxLuminance); }},
+    {"min_luminance", [](const LISTED_FRAME& l) { return IfMastered(l, l.parsed.nMinLuminance); }},
+    {"max_content_light", [](const LISTED_FRAME& l) { return IfTold(l.parsed.nMaxContentLightLevel); }},
+    {"max_average_light", [](const LISTED_FRAME& l) { return IfTold(l.parsed.nMaxFrameAverageLightLevel); }},
+    {"display_primaries", [](const LISTED_FRAME& l) { return NumbersIfMastered<6>(l, &FrameInfo::nDisplayPrimaries); }},
+    {"white_point", [](const LISTED_FRAME& l) { return NumbersIfMastered<2>(l, &FrameInfo::nWhitePoint); }},
 };
 
 #define RAW_FIELD(member)                                                                                              \

@@ -4,7 +4,7 @@
 
 #include <set>
 
-#include "IAnalyzer/FrameInfo.h"
+#include "Frames/FrameState.h"
 
 namespace Marvane::FrameSift {
 
@@ -17,7 +17,8 @@ struct FRAME_FILTER
 
     bool Passes(const FrameInfo& frame) const
     {
-        const bool bKey = frame.frameType == KX_FRAME_TYPE_VIDEO && IsIFrameSubType(frame.frameSubType);
+        const bool bKey =
+            frame.frameType == KX_FRAME_TYPE_VIDEO && IsIFrameSubType(frame.frameSubType) && !IsLostFrame(frame);
         return (types.empty() || types.count(int32_t{frame.frameType}) > 0) && (!bKeysOnly || bKey) &&
                (!bErrorsOnly || frame.errorFlags != KX_ERROR_FLAGS_NOERROR);
     }

@@ -37,7 +37,10 @@ public:
           m_output("-"),
           m_printer(MakePrinter(options)),
           m_chunk(static_cast<size_t>(options.nChunk))
-    {}
+    {
+        if (!options.key.empty())
+            JudgeResult(m_source.SetKey(options.key));
+    }
 
     std::string Run()
     {

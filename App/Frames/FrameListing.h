@@ -3,6 +3,7 @@
 #define FRAMESIFT_APP_FRAMES_FRAMELISTING_H
 
 #include <string>
+#include <vector>
 
 #include "Frames/FrameFilter.h"
 
@@ -21,6 +22,7 @@ struct LISTING_OPTIONS
     int32_t nChunk = 1024 * 1024;
     LISTING_FORM eForm = LISTING_FORM::Text;
     FRAME_FILTER filter;
+    std::vector<uint8_t> key;     // AES; empty: enciphered frames stay so
     uint64_t nLimit = UINT64_MAX; // lines
 };
 

@@ -1,8 +1,39 @@
 #include "Frames/FrameSource.h"
 
+#include <cstring>
 #include <new>
 
+#include "StreamAnalzyer/ZOSTD/ExtHead.h"
+#include "StreamAnalzyer/ZOSTD/ZOAVFrame.h"
+
 namespace Marvane::FrameSift {
+
+namespace {
+
+// The picture size of the record may come from the payload, or from the key frame in front: the heads are asked again.
+void TakeAnnouncedSize(LISTED_FRAME& listed)
+{
+    const FrameInfo& parsed = listed.parsed;
+    if (parsed.frameType != KX_FRAME_TYPE_VIDEO || parsed.framePointer == nullptr ||
+        parsed.frameLen < gsk_stdFrameHeadSize)
+        return;
+    STD_FRAME_HEAD head = {};
+    std::memcpy(&head, parsed.framePointer, sizeof head);
+    if (!IfZavHeaderBigEndian(__builtin_bswap32(head.dwFlag)))
+        return;
+    FrameInfo frame = {};
+    ExtZOAVIFrameInfo ext = {};
+    EXT_FRAME_HEAD heads = {};
+    CLinkedBuffer linkBuffer;
+    int nUnused = 0; // rate and places, which the record has already
+    EXT_HEAD_TARGET target{frame, ext, heads, linkBuffer, nUnused, false, nUnused, nUnused, nUnused};
+    const std::span<const uint8_t> bytes(parsed.framePointer, static_cast<size_t>(parsed.frameLen));
+    WalkExtHeads(bytes.subspan(gsk_stdFrameHeadSize), head.nExtFrameLen, target);
+    listed.nAnnouncedWidth = frame.width;
+    listed.nAnnouncedHeight = frame.height;
+}
+
+} // namespace
 
 CFrameSource::CFrameSource() : CStreamAnalyzer(0)
 {
@@ -10,9 +41,14 @@ CFrameSource::CFrameSource() : CStreamAnalyzer(0)
         throw std::bad_alloc();
 }
 
+int CFrameSource::SetKey(std::span<const uint8_t> key)
+{
+    return SetExtInfo(KX_ENCRYPT_AES, key.data(), static_cast<int>(key.size()));
+}
+
 int CFrameSource::Feed(std::span<uint8_t> chunk)
 {
-    m_places.clear(); // as the analyzer drops the frames of the chunk before
+    m_notes.clear(); // as the analyzer drops the frames of the chunk before
     const int nResult = ParseData(chunk.data(), static_cast<int>(chunk.size()));
     return m_bOutOfMemory ? int{KX_ERROR_SYSTEM_OUT_OF_MEMORY} : nResult;
 }
@@ -20,14 +56,13 @@ int CFrameSource::Feed(std::span<uint8_t> chunk)
 bool CFrameSource::Next(LISTED_FRAME& listed)
 {
     ExtZOAVIFrameInfo ext = {};
-    listed.frame = FrameInfo();
-    if (m_places.empty() || GetOneFrame(&listed.frame, &ext) != KX_SUCCESS)
+    FrameInfo frame = {};
+    if (m_notes.empty() || GetOneFrame(&frame, &ext) != KX_SUCCESS)
         return false;
-    const FRAME_PLACE place = m_places.front();
-    m_places.pop_front();
+    listed = m_notes.front();
+    m_notes.pop_front();
+    listed.frame = frame;
     listed.nStreamType = GetStreamType();
-    listed.nFrameOffset = place.nFrameOffset;
-    listed.nPayloadOffset = place.nPayloadOffset;
     return true;
 }
 
@@ -43,20 +78,24 @@ uint64_t CFrameSource::UnfinishedBytes()
 
 int CFrameSource::OnFrame(FrameInfo* frame, ExtZOAVIFrameInfo* ext, void* userData)
 {
-    FRAME_PLACE place = {m_nLastEnd, m_nLastEnd};
+    LISTED_FRAME note;
+    note.parsed = *frame;
+    note.nFrameOffset = m_nLastEnd;
+    note.nPayloadOffset = m_nLastEnd;
     // A record of frames that were lost has no bytes, and the window still tells of the frame before it.
     const bool bHasBytes = frame->frameLen > 0;
-    if (bHasBytes && m_logicData.GetKeyPos(place.nPayloadOffset, place.nFrameOffset) == KX_SUCCESS)
-        m_nLastEnd = place.nFrameOffset + frame->frameLen;
+    if (bHasBytes && m_logicData.GetKeyPos(note.nPayloadOffset, note.nFrameOffset) == KX_SUCCESS)
+        m_nLastEnd = note.nFrameOffset + frame->frameLen;
+    TakeAnnouncedSize(note);
     try {
-        m_places.push_back(place);
+        m_notes.push_back(note);
     } catch (const std::bad_alloc&) {
         m_bOutOfMemory = true; // no exception may pass through the scan
         return KX_ERROR_SYSTEM_OUT_OF_MEMORY;
     }
     const int nResult = CStreamAnalyzer::OnFrame(frame, ext, userData);
     if (nResult != KX_SUCCESS) {
-        m_places.pop_back();
+        m_notes.pop_back();
         m_bOutOfMemory = true;
     }
     return nResult;

@@ -14,19 +14,24 @@ namespace Marvane::FrameSift {
 // A frame and where it stands. Its pointers end at the next Feed.
 struct LISTED_FRAME
 {
-    FrameInfo frame = {};       // packed: copy its members by value
-    int32_t nStreamType = 0;    // of the stream: in its frames a stream handle blanks it
-    int64_t nFrameOffset = 0;   // in the stream, of the whole frame
-    int64_t nPayloadOffset = 0; // in the stream; that of the frame if it has no payload
+    FrameInfo frame = {};         // as a client of a stream handle gets it; packed: copy its members by value
+    FrameInfo parsed = {};        // as the parser made it, with what a stream handle blanks: cipher, interlace, levels
+    int32_t nAnnouncedWidth = 0;  // what the frame's own heads say of the picture, before its payload is asked; 0: they
+    int32_t nAnnouncedHeight = 0; // say nothing
+    int32_t nStreamType = 0;      // of the stream: in its frames a stream handle blanks it
+    int64_t nFrameOffset = 0;     // in the stream, of the whole frame
+    int64_t nPayloadOffset = 0;   // in the stream; that of the frame if it has no payload
 };
 
-// The analyzer behind a stream handle, which notes the window's key positions while they stand: at each frame. The
-// frames are those that a client of the handle gets, so what a handle keeps back is not seen here either.
+// The analyzer behind a stream handle. At each frame it notes what will be gone when the frame is fetched: the window's
+// key positions, the parser's own record and what the heads announced.
 class CFrameSource : private CStreamAnalyzer
 {
 public:
     CFrameSource();
 
+    // The AES key, 16, 24 or 32 bytes, from the next Feed on. A KX_RESULT.
+    int SetKey(std::span<const uint8_t> key);
     // A KX_RESULT; KX_ERROR_UNGET_STREAM_TYPE asks for more.
     int Feed(std::span<uint8_t> chunk);
     // False if all frames of the last chunk are taken.
@@ -36,14 +41,9 @@ public:
     uint64_t UnfinishedBytes();
 
 private:
-    struct FRAME_PLACE
-    {
-        int64_t nFrameOffset;
-        int64_t nPayloadOffset;
-    };
     int OnFrame(FrameInfo* frame, ExtZOAVIFrameInfo* ext, void* userData) override;
 
-    std::deque<FRAME_PLACE> m_places; // one for each frame in the analyzer's queue
+    std::deque<LISTED_FRAME> m_notes; // one for each frame in the analyzer's queue; frame itself is filled at Next
     int64_t m_nLastEnd = 0;
     bool m_bOutOfMemory = false; // the scan asks no callback how it went
 };

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "Frames/CodeNames.h"
+#include "Frames/FrameState.h"
 #include "Frames/FrameText.h"
 
 namespace Marvane::FrameSift {
@@ -30,6 +31,8 @@ void CFrameSummary::Count(const LISTED_FRAME& listed)
     // A block that is stepped over whole comes with its length and a lost head: no frame either.
     if (frame.frameLen > sc_magicSize && nErrorFlags != KX_ERROR_FLAGS_LOST_HEADER)
         m_nFrameBytes += static_cast<uint64_t>(frame.frameLen);
+    CountLoss(frame);
+    CountCipher(listed.parsed);
     if (nErrorFlags != KX_ERROR_FLAGS_NOERROR) {
         ++m_nDamaged;
         ++m_damageByFlag[nErrorFlags];
@@ -40,6 +43,27 @@ void CFrameSummary::Count(const LISTED_FRAME& listed)
     if (frame.frameType == KX_FRAME_TYPE_VIDEO)
         ++m_videoBySubType[int32_t{frame.frameSubType}];
     CountTime(KX_TIME(frame.frameTime));
+}
+
+void CFrameSummary::CountLoss(const FrameInfo& frame)
+{
+    const auto nSeq = static_cast<uint32_t>(frame.frameSeq);
+    if (IsLostFrame(frame)) {
+        // Numbers wrap, so only the way of the difference tells ahead from back.
+        const auto nAhead = static_cast<int32_t>(nSeq - m_lastVideoSeq.value_or(nSeq));
+        m_nLostVideo += nAhead > 0 ? static_cast<uint64_t>(nAhead) : 0;
+        (nAhead > 0 ? m_nGaps : m_nBackwards) += 1;
+    } else if (frame.frameType == KX_FRAME_TYPE_VIDEO && frame.frameLen > sc_magicSize) {
+        m_lastVideoSeq = nSeq;
+    }
+}
+
+void CFrameSummary::CountCipher(const FrameInfo& parsed)
+{
+    const CIPHER_STATE eState = CipherStateOf(parsed);
+    if (eState == CIPHER_STATE::Enciphered)
+        ++m_encipheredByType[int32_t{parsed.nEncryptType}];
+    m_nDeciphered += eState == CIPHER_STATE::Deciphered ? 1 : 0;
 }
 
 void CFrameSummary::CountTime(const KX_TIME& time)
@@ -74,6 +98,27 @@ std::string CFrameSummary::DamageText(uint64_t nOutside) const
     return text.empty() ? "none" : text;
 }
 
+std::string CFrameSummary::LossText() const
+{
+    if (m_nGaps + m_nBackwards == 0)
+        return {};
+    const std::string back = m_nBackwards == 0 ? std::string() : fmt::format(", steps back: {}", m_nBackwards);
+    return fmt::format("lost    {} video frames by their numbers (gaps: {}{})\n", m_nLostVideo, m_nGaps, back);
+}
+
+std::string CFrameSummary::CipherText() const
+{
+    if (m_nDeciphered == 0 && m_encipheredByType.empty())
+        return {};
+    std::string text = "cipher  ";
+    if (m_nDeciphered > 0)
+        text += fmt::format("{} deciphered{}", m_nDeciphered, m_encipheredByType.empty() ? "" : "; ");
+    if (!m_encipheredByType.empty())
+        text += "still enciphered: " + CountsText(m_encipheredByType, &CipherName);
+    const bool bKeyWouldDo = m_nDeciphered == 0 && m_encipheredByType.count(KX_ENCRYPT_AES) > 0;
+    return text + (bKeyWouldDo ? " (--key deciphers aes)\n" : "\n");
+}
+
 std::string CFrameSummary::TimeSpanText() const
 {
     if (!m_earliest)
@@ -94,11 +139,12 @@ std::string CFrameSummary::Text(int32_t nStreamType, uint64_t nBytes, uint64_t n
     return fmt::format("stream  {} ({})\n"
                        "frames  {}\n"
                        "damage  {}\n"
+                       "{}{}"
                        "bytes   {} read, {} in frames, {} in no frame\n"
                        "{}"
                        "time    {}\n",
-                       StreamTypeName(nStreamType), nStreamType, FramesText(), DamageText(nOutside), nBytes,
-                       m_nFrameBytes, nOutside, end, TimeSpanText());
+                       StreamTypeName(nStreamType), nStreamType, FramesText(), DamageText(nOutside), LossText(),
+                       CipherText(), nBytes, m_nFrameBytes, nOutside, end, TimeSpanText());
 }
 
 } // namespace Marvane::FrameSift

@@ -21,9 +21,13 @@ public:
     std::string Text(int32_t nStreamType, uint64_t nBytes, uint64_t nUnfinished) const;
 
 private:
+    void CountLoss(const FrameInfo& frame);
+    void CountCipher(const FrameInfo& parsed);
     void CountTime(const KX_TIME& time);
     std::string FramesText() const;
     std::string DamageText(uint64_t nOutside) const;
+    std::string LossText() const;
+    std::string CipherText() const;
     std::string TimeSpanText() const;
 
     uint64_t m_nFrames = 0;
@@ -32,6 +36,12 @@ private:
     std::map<int32_t, uint64_t> m_framesByType;
     std::map<int32_t, uint64_t> m_videoBySubType;
     std::map<int32_t, uint64_t> m_damageByFlag;
+    std::optional<uint32_t> m_lastVideoSeq;
+    uint64_t m_nGaps = 0;      // places where video frames are missing
+    uint64_t m_nLostVideo = 0; // the missing frames, by their numbers
+    uint64_t m_nBackwards = 0; // places where the numbers run backwards, so that they tell no count
+    uint64_t m_nDeciphered = 0;
+    std::map<int32_t, uint64_t> m_encipheredByType;
     std::optional<KX_TIME> m_earliest; // of the sound frames
     std::optional<KX_TIME> m_latest;
 };

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "FrameWriter/RecordingClock.h"
+#include "Frames/CodeNames.h"
 
 namespace Marvane::FrameSift {
 
@@ -12,6 +13,29 @@ std::string TimeText(const KX_TIME& time)
         return {};
     return fmt::format("{:04}-{:02}-{:02}T{:02}:{:02}:{:02}.{:03}", time.nYear, time.nMonth, time.nDay, time.nHour,
                        time.nMinute, time.nSecond, time.nMilliSecond);
+}
+
+std::string SubTypeText(const FrameInfo& frame)
+{
+    return IsLostFrame(frame) ? std::string() : SubTypeName(frame.frameType, frame.frameSubType);
+}
+
+std::string CodecText(const FrameInfo& frame)
+{
+    return IsLostFrame(frame) ? std::string() : CodecName(frame.frameType, frame.frameEncodeType);
+}
+
+std::string CipherStateText(const FrameInfo& parsed)
+{
+    switch (CipherStateOf(parsed)) {
+    case CIPHER_STATE::Enciphered:
+        return "enciphered";
+    case CIPHER_STATE::Deciphered:
+        return "deciphered";
+    case CIPHER_STATE::Clear:
+        break;
+    }
+    return {};
 }
 
 } // namespace Marvane::FrameSift

@@ -4,12 +4,17 @@
 
 #include <string>
 
-#include "framesift/framesift.h"
+#include "Frames/FrameState.h"
 
 namespace Marvane::FrameSift {
 
 // "2026-01-31T10:00:00.250", as the recording's clock says; empty for a time that does not exist.
 std::string TimeText(const KX_TIME& time);
+
+// Names; empty where the frame has none, as a place of lost frames.
+std::string SubTypeText(const FrameInfo& frame);
+std::string CodecText(const FrameInfo& frame);
+std::string CipherStateText(const FrameInfo& parsed);
 
 } // namespace Marvane::FrameSift
 

@@ -7,21 +7,33 @@
 #include <cstdio>
 #include <limits>
 
+#include "Keys/KeyOption.h"
+
 namespace Marvane::FrameSift {
 
 namespace {
 
 constexpr const char* sc_example =
-    "Example:\n"
+    "Examples:\n"
     "  framesift frames --keys-only recording.zoav\n"
+    "  framesift frames --key @camera.key recording.zoav\n"
     "  framesift frames --json - < recording.zoav | jq 'select(.error != null) | .offset'\n"
     "\n"
     "The listing goes to standard output, the summary to standard error. Times are those of the recording's own "
     "clock.\n"
+    "FORMAT is what the payload of a key frame says, or else the heads, and the heads alone where the payload came "
+    "enciphered;\n"
+    "\"head WxH\" stands where a head says another size, \"coded WxH\" where the picture is cropped. CIPHER is "
+    "\"enciphered\"\n"
+    "where the payload still is. Nothing in a frame proves a key: with a wrong one the payloads come out as noise, "
+    "marked\n"
+    "\"deciphered\". A row with the error lost-frame is no frame: the numbers of the video frames jump there, and SEQ "
+    "is "
+    "the\n"
+    "last one missing.\n"
     "JSON holds one object in each line, with the record's own fields under \"raw\"; in file names, bytes that are no\n"
-    "printable UTF-8 stand as \\xNN and a backslash as \\\\. Exit codes: 0 done, 2 wrong usage, 3 cannot read or "
-    "write,\n"
-    "4 format not recognised.";
+    "printable UTF-8 stand as \\xNN and a backslash as \\\\. max_luminance and min_luminance count in 0.0001 cd/m2.\n"
+    "Exit codes: 0 done, 2 wrong usage, 3 cannot read or write, 4 format not recognised.";
 
 constexpr int32_t sc_maxChunk = 1 << 30; // the library counts in 31 bits
 
@@ -34,6 +46,7 @@ CFramesCommand::CFramesCommand(CLI::App& app)
     m_pVerb->add_option("FILE", m_options.path, "The stream; - is standard input")->required();
     m_pVerb->add_option("--chunk", m_options.nChunk, "Bytes fed at a time (default 1048576)")
         ->check(CLI::Range(1, sc_maxChunk));
+    AddKeyOption(*m_pVerb, m_options.key);
     DeclareForm();
     DeclareFilter();
     DeclareLog();
@@ -69,7 +82,8 @@ void CFramesCommand::DeclareFilter()
         ->delimiter(',')
         ->allow_extra_args(false); // or it would take FILE too
     m_pVerb->add_flag("--keys-only", m_options.filter.bKeysOnly, "Only frames that a decoder can start from");
-    m_pVerb->add_flag("--errors-only", m_options.filter.bErrorsOnly, "Only damaged frames");
+    m_pVerb->add_flag("--errors-only", m_options.filter.bErrorsOnly,
+                      "Only damaged frames, and places where video frames were lost");
     m_pVerb->add_option("--limit", m_options.nLimit, "Stop after so many lines")
         ->check(CLI::Range(int64_t{1}, std::numeric_limits<int64_t>::max()));
 }

@@ -7,10 +7,11 @@
 
 namespace Marvane::FrameSift {
 
-// Scripts rely on these numbers; never renumber. 1 is left free: the shell uses it for everything else.
+// Scripts rely on these numbers; never renumber.
 enum class EXIT_CODE : int
 {
     Done = 0,
+    Damage = 1, // the input was read to its end, and is damaged; as diff(1) and grep(1) use it
     Usage = 2,
     Io = 3,    // cannot open, read or write
     Format = 4 // the input is not what was expected

@@ -5,21 +5,29 @@
 #include <cstdio>
 
 #include "FrameWriter/ExtHeads.h"
+#include "Keys/KeyOption.h"
 #include "Mux/Muxer.h"
 
 namespace Marvane::FrameSift {
 
 namespace {
 
-constexpr const char* sc_example = "Example:\n"
-                                   "  framesift mux --video Samples/h264/cif_baseline_25.h264 --video-codec h264 \\\n"
-                                   "      --audio Samples/audio/g711a_8k_160.alaw --audio-codec g711a -o out.zoav\n"
-                                   "\n"
-                                   "A key picture becomes an I frame: IDR or I picture and recovery point in h264, "
-                                   "IDR, CRA or BLA in h265, I picture\n"
-                                   "elsewhere. Units follow each other at the given rate in the order of the stream. "
-                                   "Exit codes: 0 done, 2 wrong usage,\n"
-                                   "3 cannot read or write, 4 an input does not hold what was named.";
+constexpr const char* sc_example =
+    "Example:\n"
+    "  framesift mux --video Samples/h264/cif_baseline_25.h264 --video-codec h264 \\\n"
+    "      --audio Samples/audio/g711a_8k_160.alaw --audio-codec g711a -o out.zoav\n"
+    "\n"
+    "A key picture becomes an I frame: IDR or I picture and recovery point in h264, "
+    "IDR, CRA or BLA in h265, I picture\n"
+    "elsewhere. Units follow each other at the given rate in the order of the stream.\n"
+    "--key enciphers the payloads of all frames by AES in ECB mode: whole blocks of 16 "
+    "bytes, what is left behind\n"
+    "them stays plain, and so do the heads. The same key given to \"framesift frames\" "
+    "deciphers them. ECB shows\n"
+    "where a payload repeats itself: it is what recorders write, not what keeps a "
+    "secret well.\n"
+    "Exit codes: 0 done, 2 wrong usage, 3 cannot read or write, 4 an input does not hold "
+    "what was named.";
 
 constexpr uint32_t sc_maxChannels = 255;       // one byte on the wire
 constexpr uint32_t sc_maxAudioFrame = 1 << 20; // more than 3 s of the highest rate
@@ -60,6 +68,7 @@ CMuxCommand::CMuxCommand(CLI::App& app) : m_pVerb(app.add_subcommand("mux", "Mak
     DeclareVideo();
     DeclareAudio();
     DeclareRecording();
+    DeclareSeal();
 }
 
 void CMuxCommand::DeclareVideo()
@@ -129,6 +138,31 @@ void CMuxCommand::DeclareRecording()
         },
         [this](ZOAV_FAMILY eFamily) { m_options.eFamily = eFamily; });
     m_pVerb->add_option("-o,--output", m_options.outputPath, "The recording; - is standard output")->required();
+}
+
+void CMuxCommand::DeclareSeal()
+{
+    SEAL_OPTIONS& seal = m_options.seal;
+    auto* pKey = AddKeyOption(*m_pVerb, seal.key);
+    auto* pHead = AddParsed(
+        *m_pVerb, "--cipher-head",
+        "With --key: 89 to encipher whole payloads, 95 for their first " + std::to_string(gsk_maxPart) +
+            " bytes at most (default 89)",
+        [](const std::string& text) {
+            const auto head = text == "95" ? CIPHER_HEAD::Part : CIPHER_HEAD::Whole;
+            return text == "89" || text == "95" ? std::optional(head) : std::nullopt;
+        },
+        [&seal](CIPHER_HEAD eHead) { seal.eHead = eHead; });
+    pHead->needs(pKey);
+    const std::map<std::string, CHECKSUM> checksums = {
+        {"sum32", CHECKSUM::Sum32}, {"xor32", CHECKSUM::Xor32}, {"crc32", CHECKSUM::Crc32}};
+    AddParsed(
+        *m_pVerb, "--checksum", "Add a sum of each payload, as it is written: sum32, xor32 or crc32",
+        [checksums](const std::string& text) {
+            const auto found = checksums.find(text);
+            return found == checksums.end() ? std::nullopt : std::optional(found->second);
+        },
+        [&seal](CHECKSUM eKind) { seal.checksum = eKind; });
 }
 
 void CMuxCommand::CheckTogether() const

@@ -21,6 +21,7 @@ private:
     void DeclareVideo();
     void DeclareAudio();
     void DeclareRecording();
+    void DeclareSeal();
     void CheckTogether() const;
 
     CLI::App* m_pVerb;

@@ -8,6 +8,7 @@
 #include "FrameWriter/RecordingClock.h"
 #include "FrameWriter/ZOAVFrameWriter.h"
 #include "Mux/CodecTable.h"
+#include "Mux/PayloadSeal.h"
 #include "Mux/Track.h"
 
 namespace Marvane::FrameSift {
@@ -28,6 +29,7 @@ struct MUX_OPTIONS
 
     CLOCK_MS nStart = gsk_defaultStart;
     ZOAV_FAMILY eFamily = ZOAV_FAMILY::ZOAV;
+    SEAL_OPTIONS seal;
     std::string outputPath;
 };
 

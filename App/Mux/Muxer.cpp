@@ -35,7 +35,7 @@ void RequireUnit(CTrack& track, std::string_view codec)
 
 } // namespace
 
-CMuxer::CMuxer(const MUX_OPTIONS& options) : m_options(options)
+CMuxer::CMuxer(const MUX_OPTIONS& options) : m_options(options), m_seal(options.seal)
 {
     OpenTracks();
     // Units first: a stream of another codec must not cost the user the file that stands there.
@@ -108,7 +108,7 @@ void CMuxer::WriteVideo(const MediaUnit& unit)
         frame.ExtHead(ExtHead8A(codec.chEncodeType, static_cast<uint16_t>(rate.nValue),
                                 static_cast<uint16_t>(rate.nDenominator)));
     frame.ExtHead(ExtHead82(static_cast<uint16_t>(unit.nWidth), static_cast<uint16_t>(unit.nHeight)));
-    m_output->Write(frame.Payload(unit.payload).Build());
+    WritePayload(unit, frame);
 }
 
 void CMuxer::WriteAudio(const MediaUnit& unit)
@@ -121,7 +121,13 @@ void CMuxer::WriteAudio(const MediaUnit& unit)
     // The short form for readers that know no other; the long one wins, and tells the bit rate.
     frame.ExtHead(ExtHead83(chChannels, chEncodeType, chSampleType));
     frame.ExtHead(ExtHead8C(chChannels, chEncodeType, chSampleType, BitRateTypeOf(unit.nBitsPerSec)));
-    m_output->Write(frame.Payload(unit.payload).Build());
+    WritePayload(unit, frame);
+}
+
+void CMuxer::WritePayload(const MediaUnit& unit, ZoavFrame& frame)
+{
+    m_seal.Put(unit.payload, frame);
+    m_output->Write(frame.Build());
 }
 
 ZoavFrame CMuxer::FrameAt(uint64_t nDueMs, uint32_t nSeq) const

@@ -30,9 +30,11 @@ private:
     bool WriteNext(); // false: both tracks are at their end
     void WriteVideo(const MediaUnit& unit);
     void WriteAudio(const MediaUnit& unit);
+    void WritePayload(const MediaUnit& unit, ZoavFrame& frame);
     ZoavFrame FrameAt(uint64_t nDueMs, uint32_t nSeq) const;
 
     const MUX_OPTIONS& m_options;
+    CPayloadSeal m_seal;
     std::optional<CUnitSource> m_videoSource;
     std::optional<CUnitSource> m_audioSource;
     std::optional<CVideoTrack> m_video;

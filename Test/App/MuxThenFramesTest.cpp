@@ -36,6 +36,12 @@ protected:
         return ParseLines(list.output);
     }
 
+    void WriteRecording(const Bytes& stream)
+    {
+        std::ofstream(m_recording, std::ios::binary)
+            .write(reinterpret_cast<const char*>(stream.data()), static_cast<std::streamsize>(stream.size()));
+    }
+
     std::string PayloadOf(const nlohmann::json& frame)
     {
         return ReadText(m_recording).substr(frame["payload_offset"], frame["payload_length"]);
@@ -164,10 +170,8 @@ TEST_F(MuxThenFrames, DamageIsListedWhereItStands)
 {
     const Bytes payload(100, 0xAB);
     const Bytes good = ZoavFrame().Seq(1).Payload(payload);
-    const Bytes stream = good + ZoavFrame().Seq(2).Payload(payload).WrongSum() + Bytes(7, 0x11) +
-                         ZoavFrame().Seq(3).Payload(payload).Build();
-    std::ofstream(m_recording, std::ios::binary)
-        .write(reinterpret_cast<const char*>(stream.data()), static_cast<std::streamsize>(stream.size()));
+    WriteRecording(good + ZoavFrame().Seq(2).Payload(payload).WrongSum() + Bytes(7, 0x11) +
+                   ZoavFrame().Seq(2).Payload(payload).Build());
     const CommandResult list = RunFramesift("frames --json " + m_recording);
     const auto frames = ParseLines(list.output);
     ASSERT_EQ(frames.size(), 4U);
@@ -183,6 +187,80 @@ TEST_F(MuxThenFrames, DamageIsListedWhereItStands)
     EXPECT_EQ(frames[3]["payload_offset"], 271 + 24);
     EXPECT_NE(list.errors.find("2: 1 length, 1 lost-head"), std::string::npos) << list.errors;
     EXPECT_NE(list.errors.find("403 read, 264 in frames, 139 in no frame"), std::string::npos) << list.errors;
+}
+
+TEST_F(MuxThenFrames, LostFramesAreListedInEveryForm)
+{
+    Bytes stream;
+    for (const uint32_t nSeq : {7U, 12U, 13U, 3U})
+        stream = stream + ZoavFrame().Seq(nSeq).Payload(Bytes(100, 0xAB)).Build();
+    WriteRecording(stream);
+    const CommandResult list = RunFramesift("frames --json --errors-only " + m_recording);
+    const auto rows = ParseLines(list.output);
+    ASSERT_EQ(rows.size(), 2U);
+    EXPECT_EQ(rows[0]["sequence"], 11);
+    EXPECT_EQ(rows[0]["offset"], 132); // behind the frame in front
+    EXPECT_EQ(rows[1]["sequence"], 2);
+    EXPECT_EQ(rows[1]["offset"], 396);
+    for (const auto& row : rows) {
+        EXPECT_EQ(row["kind"], "video");
+        EXPECT_EQ(row["error"], "lost-frame");
+        EXPECT_EQ(row["frame_length"], 0);
+        for (const char* pField : {"subtype", "codec", "payload_offset", "width", "interlace"})
+            EXPECT_TRUE(row[pField].is_null()) << pField;
+    }
+    EXPECT_NE(list.errors.find("damage  2: 2 lost-frame\n"
+                               "lost    4 video frames by their numbers (gaps: 1, steps back: 1)\n"),
+              std::string::npos)
+        << list.errors;
+    const std::string csv = RunFramesift("frames --csv --errors-only " + m_recording).output;
+    EXPECT_NE(csv.find("\n132,,video,,,2020-01-02T03:04:05.000,0,11,,"), std::string::npos) << csv;
+    const std::string text = RunFramesift("frames " + m_recording).output;
+    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 1 + 4 + 2);
+    EXPECT_NE(text.find("lost-frame   SEQ of video jumps here"), std::string::npos) << text;
+    const std::string keys = RunFramesift("frames --csv --keys-only " + m_recording).output;
+    EXPECT_EQ(std::count(keys.begin(), keys.end(), '\n'), 1 + 4);
+}
+
+TEST_F(MuxThenFrames, ThePictureFactsOfThePayloadAreShown)
+{
+    const auto cropped =
+        MuxAndList("--video-codec h264 --size 1920x1088 --video " + SamplePath("h264/1080p25_high_b.h264"));
+    ASSERT_GT(cropped.size(), 1U);
+    for (const auto& frame : {cropped[0], cropped[1]}) { // the key frame, and one that inherits from it
+        EXPECT_EQ(frame["height"], 1080);
+        EXPECT_EQ(frame["announced_height"], 1088);
+        EXPECT_EQ(frame["coded_height"], 1088);
+        EXPECT_EQ(frame["interlace"], "none");
+    }
+    const std::string text = RunFramesift("frames --limit 2 " + m_recording).output;
+    EXPECT_NE(text.find(" 1920x1080 (head 1920x1088) 25/s, coded 1920x1088\n"), std::string::npos) << text;
+    EXPECT_NE(text.find(" 1920x1080 (head 1920x1088) 25/s\n"), std::string::npos) << text;
+
+    const auto hdr = MuxAndList("--video-codec h265 --video " + SamplePath("h265/720p25_hdr10.h265")).at(0);
+    const nlohmann::json facts = {{"bit_depth", 10},
+                                  {"colour_primaries", "bt2020"},
+                                  {"colour_transfer", "pq"},
+                                  {"colour_matrix", "bt2020"},
+                                  {"max_luminance", 10000000},
+                                  {"min_luminance", 50},
+                                  {"max_content_light", 1000},
+                                  {"max_average_light", 400},
+                                  {"display_primaries", "13250 34500 7500 3000 34000 16000"},
+                                  {"white_point", "15635 16450"}};
+    for (const auto& [name, value] : facts.items())
+        EXPECT_EQ(hdr[name], value) << name;
+    EXPECT_NE(RunFramesift("frames --limit 1 " + m_recording)
+                  .output.find(" 1280x720 25/s, 10 bit, bt2020/pq/bt2020, mastered for 0.005 to 1000 cd/m2, light at "
+                               "most 1000, on average 400 cd/m2\n"),
+              std::string::npos);
+
+    // Fields, which only a head can tell of, and no head that says anything.
+    WriteRecording(ZoavFrame().ExtHead({0x80, 2, 90, 72}).Payload(Bytes(30)) + ZoavFrame().Seq(2).Payload(Bytes(30)));
+    const auto fields = ParseLines(RunFramesift("frames --json " + m_recording).output);
+    EXPECT_EQ(fields.at(0)["interlace"], "two-fields");
+    EXPECT_TRUE(fields.at(1)["interlace"].is_null());
+    EXPECT_NE(RunFramesift("frames " + m_recording).output.find(" 720x576, interlaced\n"), std::string::npos);
 }
 
 TEST_F(MuxThenFrames, TheLogOfTheLibraryGoesToItsDirectory)

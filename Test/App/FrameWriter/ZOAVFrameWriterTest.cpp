@@ -35,7 +35,7 @@ TEST(ZoavFrameWriter, HeadsStandInFrontOfThePayload)
     EXPECT_EQ(Bytes(frame.begin() + 24, frame.begin() + 36), heads);
 }
 
-TEST(ExtHeads, CodesOfRates)
+TEST(ExtHeads, CodesAndBytes)
 {
     EXPECT_EQ(SampleTypeOf(8000), 0);
     EXPECT_EQ(SampleTypeOf(48000), 9);
@@ -45,6 +45,7 @@ TEST(ExtHeads, CodesOfRates)
     EXPECT_EQ(BitRateTypeOf(384000), 21);
     EXPECT_EQ(BitRateTypeOf(12345), 0);
     EXPECT_EQ(ExtHead8C(2, 26, 8, 0), (Bytes{0x8C, 8, 2, 26, 8, 0, 0, 0}));
+    EXPECT_EQ(ExtHead95(0, 0x1234, 0x56789A), (Bytes{0x95, 0, 0x34, 0x12, 0x9A, 0x78, 0x56, 0}));
     EXPECT_EQ(ExtHead8A(8, 30000, 1001), (Bytes{0x8A, 0, 8, 0, 0x30, 0x75, 0xE9, 0x03}));
 }
 

@@ -1,0 +1,115 @@
+// What a check finds out about one recording.
+#ifndef FRAMESIFT_APP_CHECK_CHECKREPORT_H
+#define FRAMESIFT_APP_CHECK_CHECKREPORT_H
+
+#include <array>
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "FrameWriter/RecordingClock.h"
+#include "IAnalyzer/FrameInfo.h"
+#include "Io/AppError.h"
+
+namespace Marvane::FrameSift {
+
+enum class FINDING_KIND : uint8_t
+{
+    LostFrames,      // the numbers of video frames leave some out
+    DamagedFrame,    // there at full length, but a sum or the like does not match
+    Stretch,         // bytes that belong to no frame
+    Unfinished,      // the frame that the end of the file cuts off
+    SequenceRestart, // the numbers of video frames step back
+    ClockJump,       // the recording's clock
+    Blocks,          // bytes of another kind that the format provides for
+    Count
+};
+
+inline constexpr size_t gsk_findingKinds = static_cast<size_t>(FINDING_KIND::Count);
+
+// Part of the output that scripts read: never change one.
+const char* FindingName(FINDING_KIND eKind);
+// Whether a recording with such a finding is damaged. The other kinds are worth a look and no more.
+bool IsDamage(FINDING_KIND eKind);
+
+// Enough of a frame to find it again.
+struct FRAME_MARK
+{
+    int64_t nOffset = 0;
+    int32_t nFrameType = KX_FRAME_TYPE_UNKNOWN;
+    int32_t nFrameSubType = 0;
+    uint32_t nSeq = 0;
+    KX_TIME time = {};
+};
+
+struct FINDING
+{
+    FINDING_KIND eKind = FINDING_KIND::Count;
+    int64_t nOffset = 0;
+    uint64_t nBytes = 0;
+    std::optional<FRAME_MARK>
+        before; // the frame in front: of lost frames, a restart or a jump the neighbour of its kind
+    std::optional<FRAME_MARK> after; // the frame behind; of a damaged frame itself; none at the end of the file
+    uint32_t nLost = 0;              // of lost frames: how many
+    uint32_t nAnnounced = 0;         // of an unfinished frame: its whole length; 0 if that is lost too
+    int32_t nErrorFlags = KX_ERROR_FLAGS_NOERROR; // of a damaged frame
+    CLOCK_MS nJump = 0;                           // of a clock jump: from the frame before to the one after
+};
+
+// In the order of the file. Counts all, but keeps so many of each kind: a damaged file of many gigabytes must not fill
+// the memory.
+class CFindings
+{
+public:
+    explicit CFindings(uint64_t nMaxOfKind) : m_nMaxOfKind(nMaxOfKind) {}
+
+    void Add(const FINDING& finding);
+    const std::vector<FINDING>& Listed() const { return m_listed; }
+    uint64_t Count(FINDING_KIND eKind) const { return m_counts[static_cast<size_t>(eKind)]; }
+    uint64_t LeftOut(FINDING_KIND eKind) const;
+    bool HasDamage() const;
+
+private:
+    uint64_t m_nMaxOfKind;
+    std::array<uint64_t, gsk_findingKinds> m_counts{};
+    std::vector<FINDING> m_listed;
+};
+
+// Every byte belongs to one of the four parts, which add up to nBytes.
+struct CHECK_REPORT
+{
+    explicit CHECK_REPORT(uint64_t nMaxOfKind) : findings(nMaxOfKind) {}
+    uint64_t BytesInParts() const { return nSoundBytes + nDamagedBytes + nOutsideBytes + nUnfinishedBytes; }
+    uint64_t SoundFrames() const;
+
+    std::string name; // escaped
+    // Why it is no recording, or why it could not be read to its end; empty else. With the name in front where nothing
+    // could be said of the contents.
+    std::string error;
+    EXIT_CODE eCode = EXIT_CODE::Done;
+    int32_t nStreamType = KX_STREAM_TYPE_UNKNOWN;
+    std::string sha256; // empty if the file could not be read to its end
+
+    uint64_t nBytes = 0;
+    uint64_t nSoundBytes = 0;
+    uint64_t nDamagedBytes = 0; // of damaged frames
+    uint64_t nOutsideBytes = 0; // between frames
+    uint64_t nUnfinishedBytes = 0;
+    uint64_t nBlockBytes = 0; // those of nOutsideBytes that are in blocks of another kind and no damage
+
+    std::map<int32_t, uint64_t> soundByType;   // KX_FRAME_TYPE_*
+    std::map<int32_t, uint64_t> damagedByFlag; // KX_ERROR_FLAGS_*
+    uint64_t nSummed = 0;                      // sound frames whose payload was checked against a sum
+    uint64_t nLostFrames = 0;
+    uint64_t nEnciphered = 0; // frames whose payload nobody could look into
+    std::optional<int64_t> firstEnciphered;
+    std::optional<KX_TIME> earliest; // of the sound frames
+    std::optional<KX_TIME> latest;
+    CFindings findings;
+};
+
+} // namespace Marvane::FrameSift
+
+#endif

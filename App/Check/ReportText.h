@@ -1,0 +1,16 @@
+// A report for a person.
+#ifndef FRAMESIFT_APP_CHECK_REPORTTEXT_H
+#define FRAMESIFT_APP_CHECK_REPORTTEXT_H
+
+#include <string>
+
+#include "Check/CheckReport.h"
+
+namespace Marvane::FrameSift {
+
+// One line with the verdict, one for each finding in the order of the file, then the totals.
+std::string ReportText(const CHECK_REPORT& report);
+
+} // namespace Marvane::FrameSift
+
+#endif
