@@ -1,16 +1,16 @@
 #include "Command.h"
 
 #include <CLI/CLI.hpp>
-#include <fmt/format.h>
-
 #include <csignal>
-#include <cstdio>
 #include <functional>
 #include <memory>
+#include <sstream>
 #include <vector>
 
 #include "Check/CheckCommand.h"
 #include "Frames/FramesCommand.h"
+#include "Io/ErrorOutput.h"
+#include "Io/OutputSink.h"
 #include "Keys/UnexpectedText.h"
 #include "Mux/MuxCommand.h"
 #include "framesift/framesift.h"
@@ -24,9 +24,9 @@ constexpr const char* sc_example = "Example:\n"
                                    "\n"
                                    "framesift VERB --help tells all of a verb.";
 
-int Fail(EXIT_CODE eCode, const std::string& text)
+int Fail(EXIT_CODE eCode, std::string_view text)
 {
-    fmt::print(stderr, "framesift: {}\n", text);
+    WriteErrorLine(text);
     return static_cast<int>(eCode);
 }
 
@@ -51,6 +51,18 @@ std::string VerbNames(const CLI::App& app)
     return names;
 }
 
+void Answer(const CLI::App& app, const CLI::Success& answer)
+{
+    std::ostringstream text;
+    app.exit(answer, text, text);
+    try {
+        COutputSink output("-");
+        output.Write(text.str());
+        output.Flush();
+    } catch (const CClosedPipe&) { // who has read enough of a help needs no message
+    }
+}
+
 EXIT_CODE ParseAndRun(int nArguments, char** pArguments)
 {
     CLI::App app("Takes the frames out of recordings and streams of video surveillance", "framesift");
@@ -62,7 +74,7 @@ EXIT_CODE ParseAndRun(int nArguments, char** pArguments)
     try {
         app.parse(nArguments, pArguments);
     } catch (const CLI::Success& answer) { // --help and --version, which are no failure
-        app.exit(answer);
+        Answer(app, answer);
         return EXIT_CODE::Done;
     } catch (const CLI::ExtrasError&) { // whose own text shows the arguments, and one of them may be a key
         throw CAppError(EXIT_CODE::Usage, UnexpectedText(app.remaining(true)) + "; --help tells more");
@@ -82,6 +94,7 @@ int RunCommand(int nArguments, char** pArguments)
 {
     // A reader that goes away then shows as a failed write, which gets its line.
     std::signal(SIGPIPE, SIG_IGN);
+    OccupyErrorOutput();
     try {
         return static_cast<int>(ParseAndRun(nArguments, pArguments));
     } catch (const CAppError& error) {

@@ -2,10 +2,9 @@
 // without is not, whatever was asked in between; and without ciphers no frame is deciphered.
 #include <algorithm>
 #include <climits>
-#include <cstdlib>
-#include <cstring>
 #include <memory>
 
+#include "Require.h"
 #include "Tools/BufferRead.h"
 #include "Tools/KXDecrypt.h"
 
@@ -39,12 +38,6 @@ private:
     int m_nLen = 0;
 };
 
-void Expect(bool bTrue)
-{
-    if (!bTrue)
-        std::abort();
-}
-
 void Ask(CKXDecrypt& keys, uint8_t nType, uint8_t nId)
 {
     FrameInfo frame{};
@@ -53,7 +46,7 @@ void Ask(CKXDecrypt& keys, uint8_t nType, uint8_t nId)
     const uint8_t src[16] = {};
     uint8_t dst[16];
     uint32_t nDstLen = sizeof dst;
-    Expect(!keys.Decrypt(frame, src, sizeof src, dst, nDstLen));
+    Require(!keys.Decrypt(frame, src, sizeof src, dst, nDstLen));
 }
 
 void RunCall(CKXDecrypt& keys, uint8_t nCall, CBufferRead& script)
@@ -63,11 +56,11 @@ void RunCall(CKXDecrypt& keys, uint8_t nCall, CBufferRead& script)
     const uint8_t nByte = script.ReadInt8();
     if (nCall % 4 == 0) {
         const KX_DECRYPT_PARAM param = {key.Text(), key.Length(), id.Text(), id.Length(), false, nullptr, {}};
-        Expect(keys.SetKey(&param) == key.IsSound());
+        Require(keys.SetKey(&param) == key.IsSound());
     } else if (nCall % 4 == 1) {
         const DECRYPT_PARAM param = {key.Bytes(), key.Length(), {nByte}, nByte,
                                      id.Bytes(),  id.Length(),  {1},     nByte % 3};
-        Expect(keys.SetVEKInfo(1, &param, 0) == (key.IsSound() && nByte != 0));
+        Require(keys.SetVEKInfo(1, &param, 0) == (key.IsSound() && nByte != 0));
     } else if (nCall % 4 == 2) {
         PBKDF2_PARAM param;
         param.KDFType = nByte;

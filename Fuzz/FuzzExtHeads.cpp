@@ -1,10 +1,7 @@
 // The walk over the extension heads, on bytes that end with the frame. Properties: no crash, no leak, no read past the
 // frame; it ends; what a head hands out can be read; and a second walk over the same bytes fills the same.
-#include <cstdlib>
-#include <cstring>
-#include <memory>
-#include <vector>
 
+#include "Require.h"
 #include "StreamAnalzyer/ZOSTD/ExtHead.h"
 
 namespace Marvane::FrameSift {
@@ -65,16 +62,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize)
     using namespace Marvane::FrameSift;
     if (nSize < 2)
         return 0;
-    // A block of just its size, so that a read past it is found.
-    const size_t nBytes = nSize - 2;
-    const auto pBytes = std::make_unique<uint8_t[]>(nBytes);
-    std::memcpy(pBytes.get(), pData + 2, nBytes);
+    const std::vector<uint8_t> bytes(pData + 2, pData + nSize); // of just its size, so that a read past it is found
     WALKED first;
     WALKED second;
     first.frame.frameSubType = second.frame.frameSubType = pData[1];
-    Walk({pBytes.get(), nBytes}, pData[0], first);
-    Walk({pBytes.get(), nBytes}, pData[0], second);
-    if (Flatten(first) != Flatten(second))
-        std::abort();
+    Walk(bytes, pData[0], first);
+    Walk(bytes, pData[0], second);
+    Require(Flatten(first) == Flatten(second));
     return 0;
 }

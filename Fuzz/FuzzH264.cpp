@@ -1,47 +1,22 @@
 // The H.264 parser, on bytes that end with the frame. Properties: no crash, no read past the frame; it ends; answers
 // lie in their ranges, and Parse writes its own fields only; two new parsers say the same; and one that is kept over
 // frames survives them.
-#include <cstdlib>
-#include <cstring>
-#include <memory>
-#include <span>
-#include <vector>
-
 #include "ESParse/H264ESParser.h"
 #include "ESParse/H264Nal.h"
+#include "Require.h"
 
 namespace Marvane::FrameSift {
 
 namespace {
 
-using Answers = std::vector<int64_t>;
-
-void Require(bool bHolds)
-{
-    if (!bHolds)
-        std::abort();
-}
-
 void AskForFrame(CH264ESParser& parser, std::span<const uint8_t> bytes, Answers& answers)
 {
-    FrameInfo frame;
-    FrameInfo untouched;
-    std::memset(&frame, 0xA5, sizeof frame);
-    std::memset(&untouched, 0xA5, sizeof untouched);
-    const int nResult = parser.Parse(bytes.data(), static_cast<uint32_t>(bytes.size()), frame);
+    FUZZ_PICTURE picture;
+    const int32_t nBefore = picture.frame.frameSubType;
+    const int nResult = parser.Parse(bytes.data(), static_cast<uint32_t>(bytes.size()), picture.frame);
     Require(nResult == (bytes.empty() ? -1 : 0));
-    answers.insert(answers.end(), {nResult, frame.frameSubType, frame.frameRate, frame.width, frame.height,
-                                   frame.cropBeforeWidth, frame.cropBeforeHeight, frame.pictrueStructure});
-    if (nResult == 0)
-        Require(frame.pictrueStructure == 0 || frame.frameSubType == untouched.frameSubType);
-    frame.frameSubType = untouched.frameSubType;
-    frame.frameRate = untouched.frameRate;
-    frame.width = untouched.width;
-    frame.height = untouched.height;
-    frame.cropBeforeWidth = untouched.cropBeforeWidth;
-    frame.cropBeforeHeight = untouched.cropBeforeHeight;
-    frame.pictrueStructure = untouched.pictrueStructure;
-    Require(std::memcmp(&frame, &untouched, sizeof frame) == 0);
+    Require(nResult != 0 || picture.frame.pictrueStructure == 0 || picture.frame.frameSubType == nBefore);
+    picture.Take(answers);
 }
 
 // Of the bytes as one unit, whatever stands in them.
@@ -90,15 +65,6 @@ Answers Ask(CH264ESParser& parser, std::span<const uint8_t> bytes)
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize)
 {
     using namespace Marvane::FrameSift;
-    // A block of just its size, so that a read past it is found.
-    const auto pBytes = std::make_unique<uint8_t[]>(nSize);
-    if (nSize != 0)
-        std::memcpy(pBytes.get(), pData, nSize);
-    const std::span<const uint8_t> bytes(pBytes.get(), nSize);
-    CH264ESParser first;
-    CH264ESParser second;
-    Require(Ask(first, bytes) == Ask(second, bytes));
-    Ask(first, bytes.subspan(nSize / 2));
-    Ask(first, bytes);
+    AskNewAndKept<CH264ESParser>(pData, nSize, &Ask);
     return 0;
 }

@@ -2,26 +2,14 @@
 // lie in their ranges, and Parse writes its own fields only; two new parsers say the same; and one that is kept over
 // frames survives them.
 #include <algorithm>
-#include <cstdlib>
-#include <cstring>
-#include <memory>
-#include <span>
-#include <vector>
 
 #include "ESParse/H265ESParser.h"
 #include "ESParse/H265Nal.h"
+#include "Require.h"
 
 namespace Marvane::FrameSift {
 
 namespace {
-
-using Answers = std::vector<int64_t>;
-
-void Require(bool bHolds)
-{
-    if (!bHolds)
-        std::abort();
-}
 
 void AddInfo(const ES_PARSER_INFO& info, Answers& answers)
 {
@@ -35,38 +23,14 @@ void AddInfo(const ES_PARSER_INFO& info, Answers& answers)
     answers.insert(answers.end(), info.nWhitePoint.begin(), info.nWhitePoint.end());
 }
 
-// Takes one field of a picture back to what stands in untouched, and keeps what the parser wrote.
-#define FRAMESIFT_TAKE_BACK(field)                                                                                     \
-    answers.push_back(frame.field);                                                                                    \
-    frame.field = untouched.field
-
 void AskForFrame(CH265ESParser& parser, std::span<const uint8_t> bytes, Answers& answers)
 {
-    FrameInfo frame;
-    FrameInfo untouched;
-    std::memset(&frame, 0xA5, sizeof frame);
-    std::memset(&untouched, 0xA5, sizeof untouched);
-    const int nResult = parser.Parse(bytes.data(), static_cast<uint32_t>(bytes.size()), frame);
+    FUZZ_PICTURE picture;
+    picture.bH265 = true;
+    const int nResult = parser.Parse(bytes.data(), static_cast<uint32_t>(bytes.size()), picture.frame);
     Require(nResult == (bytes.empty() ? -1 : 0));
-    Require(frame.frameSubType >= -1 && frame.frameSubType <= 2);
-    FRAMESIFT_TAKE_BACK(frameSubType);
-    FRAMESIFT_TAKE_BACK(frameRate);
-    FRAMESIFT_TAKE_BACK(width);
-    FRAMESIFT_TAKE_BACK(height);
-    FRAMESIFT_TAKE_BACK(cropBeforeWidth);
-    FRAMESIFT_TAKE_BACK(cropBeforeHeight);
-    FRAMESIFT_TAKE_BACK(pictrueStructure);
-    FRAMESIFT_TAKE_BACK(nVideoBitDepth);
-    FRAMESIFT_TAKE_BACK(nColorPrimaries);
-    FRAMESIFT_TAKE_BACK(nColorTransfer);
-    FRAMESIFT_TAKE_BACK(nColorSpace);
-    FRAMESIFT_TAKE_BACK(nMaxLuminance);
-    FRAMESIFT_TAKE_BACK(nMinLuminance);
-    FRAMESIFT_TAKE_BACK(nMaxContentLightLevel);
-    FRAMESIFT_TAKE_BACK(nMaxFrameAverageLightLevel);
-    std::memcpy(frame.nDisplayPrimaries, untouched.nDisplayPrimaries, sizeof frame.nDisplayPrimaries);
-    std::memcpy(frame.nWhitePoint, untouched.nWhitePoint, sizeof frame.nWhitePoint);
-    Require(std::memcmp(&frame, &untouched, sizeof frame) == 0);
+    Require(picture.frame.frameSubType >= -1 && picture.frame.frameSubType <= 2);
+    picture.Take(answers);
 }
 
 // Of the bytes as one unit, whatever stands in them.
@@ -130,16 +94,7 @@ void CheckUnescaping(std::span<const uint8_t> bytes)
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize)
 {
     using namespace Marvane::FrameSift;
-    // A block of just its size, so that a read past it is found.
-    const auto pBytes = std::make_unique<uint8_t[]>(nSize);
-    if (nSize != 0)
-        std::memcpy(pBytes.get(), pData, nSize);
-    const std::span<const uint8_t> bytes(pBytes.get(), nSize);
-    CH265ESParser first;
-    CH265ESParser second;
-    Require(Ask(first, bytes) == Ask(second, bytes));
-    Ask(first, bytes.subspan(nSize / 2));
-    Ask(first, bytes);
-    CheckUnescaping(bytes);
+    AskNewAndKept<CH265ESParser>(pData, nSize, &Ask);
+    CheckUnescaping({pData, nSize});
     return 0;
 }

@@ -1,11 +1,8 @@
 // The search for the size of a JPEG picture. Properties: no crash, no read outside the bytes; a size is found only
 // behind a start of image, and Parse tells the same; once it is found, bytes behind it change nothing.
-#include <cstdlib>
-#include <cstring>
-#include <memory>
-#include <vector>
 
 #include "ESParse/JPEGFrameParser.h"
+#include "Require.h"
 
 namespace Marvane::FrameSift {
 
@@ -14,23 +11,19 @@ namespace {
 // The size, or nothing; in two numbers.
 std::vector<uint32_t> SizeOf(const std::vector<uint8_t>& bytes)
 {
-    // A block of just its size, so that a read past it is found.
-    const auto pBytes = std::make_unique<uint8_t[]>(bytes.size());
-    std::memcpy(pBytes.get(), bytes.data(), bytes.size());
+    const std::vector<uint8_t> block = bytes; // of just its size, so that a read past it is found
     const auto nLen = static_cast<uint32_t>(bytes.size());
     CJPEGESParser parser;
     JPEGInfo info;
     FrameInfo frame{};
-    parser.IsFullFrame(pBytes.get(), nLen);
-    const bool bFound = CJPEGESParser::GetPicSize(pBytes.get(), nLen, info);
-    parser.Parse(pBytes.get(), nLen, frame);
-    if (static_cast<uint32_t>(frame.width) != info.width || static_cast<uint32_t>(frame.height) != info.height)
-        std::abort();
+    parser.IsFullFrame(block.data(), nLen);
+    const bool bFound = CJPEGESParser::GetPicSize(block.data(), nLen, info);
+    parser.Parse(block.data(), nLen, frame);
+    Require(frame.width == static_cast<int32_t>(info.width) && frame.height == static_cast<int32_t>(info.height));
     if (!bFound)
         return {};
     const uint8_t start[] = {0xFF, 0xD8};
-    if (memmem(pBytes.get(), bytes.size(), start, sizeof start) == nullptr)
-        std::abort();
+    Require(memmem(bytes.data(), bytes.size(), start, sizeof start) != nullptr);
     return {info.width, info.height};
 }
 
@@ -48,7 +41,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize)
     if (size.empty())
         return 0;
     bytes.insert(bytes.end(), {0xFF, 0xD8, 0xFF, 0xE0, 0, 2, 0xFF, 0xC0, 0, 8, 8, 0, 1, 0, 1, 1});
-    if (SizeOf(bytes) != size)
-        std::abort();
+    Require(SizeOf(bytes) == size);
     return 0;
 }

@@ -1,11 +1,8 @@
 // The parser of MPEG-2 heads. Properties: no crash, no read outside the bytes, the results that are documented; once a
 // slice is found, bytes behind it change nothing; and a frame begins where a picture type is found.
-#include <cstdlib>
-#include <cstring>
-#include <memory>
-#include <vector>
 
 #include "ESParse/MPEG2ESParser.h"
+#include "Require.h"
 
 namespace Marvane::FrameSift {
 
@@ -13,17 +10,13 @@ namespace {
 
 int Parse(const std::vector<uint8_t>& bytes, FrameInfo& frame)
 {
-    // A block of just its size, so that a read past it is found.
-    const auto pBytes = std::make_unique<uint8_t[]>(bytes.size());
-    std::memcpy(pBytes.get(), bytes.data(), bytes.size());
+    const std::vector<uint8_t> block = bytes; // of just its size, so that a read past it is found
     const auto nLen = static_cast<uint32_t>(bytes.size());
     CMPEG2ESParser parser;
-    const int nResult = parser.Parse(pBytes.get(), nLen, frame);
-    const int nSubType = parser.GetFrameSubType(pBytes.get(), nLen);
-    if (nResult < -4 || nResult > 0 || nSubType < -1 || nSubType > 2)
-        std::abort();
-    if (nSubType >= 0 && !parser.IsFullFrame(pBytes.get(), nLen))
-        std::abort();
+    const int nResult = parser.Parse(block.data(), nLen, frame);
+    const int nSubType = parser.GetFrameSubType(block.data(), nLen);
+    Require(nResult >= -4 && nResult <= 0 && nSubType >= -1 && nSubType <= 2);
+    Require(nSubType < 0 || parser.IsFullFrame(block.data(), nLen));
     return nResult;
 }
 
@@ -42,7 +35,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize)
     if (Parse(bytes, frame) != 0)
         return 0;
     bytes.insert(bytes.end(), {0, 0, 1, 0xB3, 0, 0});
-    if (Parse(bytes, longer) != 0 || std::memcmp(&frame, &longer, sizeof frame) != 0)
-        std::abort();
+    Require(Parse(bytes, longer) == 0 && std::memcmp(&frame, &longer, sizeof frame) == 0);
     return 0;
 }

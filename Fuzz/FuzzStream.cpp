@@ -12,12 +12,12 @@ struct SIFTED_STREAM
     std::vector<SIFTED_FRAME> frames;
 };
 
-SIFTED_STREAM Sift(std::span<const uint8_t> stream, size_t nChunk)
+SIFTED_STREAM SiftStream(std::span<const uint8_t> stream, size_t nChunk)
 {
     SIFTED_STREAM sifted;
     void* handle = KX_CreateFrameSift(0);
-    FeedInChunks(stream, nChunk, [&](uint8_t* pChunk, int32_t nLength) {
-        KX_ParseData(handle, pChunk, nLength);
+    InChunks(stream, FixedChunks(nChunk), [&](Bytes& chunk) {
+        KX_ParseData(handle, chunk.data(), static_cast<int32_t>(chunk.size()));
         KX_FRAME_INFO frame;
         while (KX_GetOneFrame(handle, &frame) == KX_SUCCESS)
             sifted.frames.push_back(TakeSiftedFrame(frame));
@@ -45,8 +45,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize)
     if (nSize < 2)
         return 0;
     const std::span<const uint8_t> stream(pData + 1, nSize - 1);
-    const SIFTED_STREAM whole = Sift(stream, stream.size());
-    const SIFTED_STREAM cut = Sift(stream, size_t{1} + pData[0]);
+    const SIFTED_STREAM whole = SiftStream(stream, stream.size());
+    const SIFTED_STREAM cut = SiftStream(stream, size_t{1} + pData[0]);
     if (IsZoav(whole) && IsZoav(cut) && !CutMayMatter(stream, whole.frames))
         CompareSifted(whole.frames, cut.frames);
     return 0;

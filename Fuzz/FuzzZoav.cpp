@@ -7,7 +7,7 @@ namespace Marvane::FrameSift {
 
 namespace {
 
-std::vector<SIFTED_FRAME> Sift(std::span<const uint8_t> stream, size_t nChunk, bool bKey)
+std::vector<SIFTED_FRAME> SiftParsed(std::span<const uint8_t> stream, size_t nChunk, bool bKey)
 {
     constexpr unsigned char key[16] = {1, 2, 3};
     std::vector<SIFTED_FRAME> frames;
@@ -15,8 +15,8 @@ std::vector<SIFTED_FRAME> Sift(std::span<const uint8_t> stream, size_t nChunk, b
     analyzer.InitEx(KX_STREAM_TYPE_ZOSTD);
     if (bKey)
         analyzer.SetExtInfo(KX_ENCRYPT_AES, key, sizeof key);
-    FeedInChunks(stream, nChunk, [&](uint8_t* pChunk, int32_t nLength) {
-        analyzer.ParseData(pChunk, nLength);
+    InChunks(stream, FixedChunks(nChunk), [&](Bytes& chunk) {
+        analyzer.ParseData(chunk.data(), static_cast<int>(chunk.size()));
         FrameInfo frame{};
         ExtZOAVIFrameInfo ext{};
         while (analyzer.GetOneFrame(&frame, &ext) == KX_SUCCESS) {
@@ -71,9 +71,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize)
     if ((pData[1] & 1) != 0)
         MakeSound(stream);
     const bool bKey = (pData[1] & 2) != 0;
-    const auto whole = Sift(stream, stream.size(), bKey);
+    const auto whole = SiftParsed(stream, stream.size(), bKey);
     // Not below 4: without detection, a window that is shorter is thrown away.
-    const auto cut = Sift(stream, size_t{4} + pData[0], bKey);
+    const auto cut = SiftParsed(stream, size_t{4} + pData[0], bKey);
     if (!CutMayMatter(stream, whole))
         CompareSifted(whole, cut);
     return 0;

@@ -4,6 +4,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -28,6 +29,7 @@ private:
     CLI::App* m_pVerb;
     std::vector<std::string> m_paths;
     CHECK_OPTIONS m_options;
+    std::optional<uint64_t> m_maxFindings;
     bool m_bJson = false;
 };
 

@@ -1,6 +1,8 @@
 #include "Check/CheckReport.h"
 
+#include <algorithm>
 #include <numeric>
+#include <tuple>
 
 namespace Marvane::FrameSift {
 
@@ -20,7 +22,11 @@ constexpr std::array<FINDING_ROW, gsk_findingKinds> sc_kinds = {{
     {FINDING_KIND::Unfinished, "unfinished", true},
     // Recordings that were put one behind the other are a recording, so these two are no damage by themselves.
     {FINDING_KIND::SequenceRestart, "sequence-restart", false},
+    {FINDING_KIND::OutOfOrder, "out-of-order", false},
+    {FINDING_KIND::RepeatedNumber, "repeated-number", false},
     {FINDING_KIND::ClockJump, "clock-jump", false},
+    {FINDING_KIND::NoPayloadSum, "no-payload-sum", false},
+    {FINDING_KIND::NoKeyFrame, "no-key-frame", false},
     {FINDING_KIND::Blocks, "blocks", false},
 }};
 
@@ -34,6 +40,12 @@ constexpr bool RowsStandAtTheirKind()
 }
 static_assert(RowsStandAtTheirKind());
 
+uint64_t SumOf(const std::map<int32_t, uint64_t>& counts)
+{
+    return std::accumulate(counts.begin(), counts.end(), uint64_t{0},
+                           [](uint64_t nSum, const auto& entry) { return nSum + entry.second; });
+}
+
 } // namespace
 
 const char* FindingName(FINDING_KIND eKind)
@@ -44,6 +56,18 @@ const char* FindingName(FINDING_KIND eKind)
 bool IsDamage(FINDING_KIND eKind)
 {
     return sc_kinds[static_cast<size_t>(eKind)].bDamage;
+}
+
+FINDING FindingBetween(FINDING_KIND eKind, const FRAME_MARK& before, const FRAME_MARK& after)
+{
+    return {.eKind = eKind, .nOffset = after.nOffset, .before = before, .after = after};
+}
+
+void CFindings::Sort()
+{
+    std::stable_sort(m_listed.begin(), m_listed.end(), [](const FINDING& left, const FINDING& right) {
+        return std::tie(left.nOffset, left.eKind) < std::tie(right.nOffset, right.eKind);
+    });
 }
 
 void CFindings::Add(const FINDING& finding)
@@ -66,10 +90,14 @@ bool CFindings::HasDamage() const
     return false;
 }
 
-uint64_t CHECK_REPORT::SoundFrames() const
+uint64_t CHECK_REPORT::GoodFrames() const
 {
-    return std::accumulate(soundByType.begin(), soundByType.end(), uint64_t{0},
-                           [](uint64_t nSum, const auto& entry) { return nSum + entry.second; });
+    return SumOf(goodByType);
+}
+
+uint64_t CHECK_REPORT::LostFrames() const
+{
+    return SumOf(lostByType);
 }
 
 } // namespace Marvane::FrameSift

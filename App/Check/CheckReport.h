@@ -17,13 +17,17 @@ namespace Marvane::FrameSift {
 
 enum class FINDING_KIND : uint8_t
 {
-    LostFrames,      // the numbers of video frames leave some out
+    LostFrames,      // the numbers of video frames or audio frames leave some out
     DamagedFrame,    // there at full length, but a sum or the like does not match
     Stretch,         // bytes that belong to no frame
     Unfinished,      // the frame that the end of the file cuts off
-    SequenceRestart, // the numbers of video frames step back
-    ClockJump,       // the recording's clock
-    Blocks,          // bytes of another kind that the format provides for
+    SequenceRestart, // the numbers step back, and go on from there
+    OutOfOrder,      // a number that comes behind a higher one
+    RepeatedNumber,
+    ClockJump,    // the recording's clock
+    NoPayloadSum, // of a frame, where most others of its kind have one
+    NoKeyFrame,   // at the start
+    Blocks,       // bytes of another kind that the format provides for
     Count
 };
 
@@ -44,21 +48,34 @@ struct FRAME_MARK
     KX_TIME time = {};
 };
 
+// What was stepped over in a stretch.
+struct STRETCH_CONTENTS
+{
+    uint64_t nHeads = 0; // not believed, or without what they promise
+    uint64_t nTails = 0; // without a head
+    uint64_t nBlocks = 0;
+};
+
 struct FINDING
 {
     FINDING_KIND eKind = FINDING_KIND::Count;
     int64_t nOffset = 0;
     uint64_t nBytes = 0;
-    std::optional<FRAME_MARK>
-        before; // the frame in front: of lost frames, a restart or a jump the neighbour of its kind
-    std::optional<FRAME_MARK> after; // the frame behind; of a damaged frame itself; none at the end of the file
-    uint32_t nLost = 0;              // of lost frames: how many
-    uint32_t nAnnounced = 0;         // of an unfinished frame: its whole length; 0 if that is lost too
+    // The frame in front; where numbers or times are compared, that of the same kind.
+    std::optional<FRAME_MARK> before = std::nullopt;
+    // The frame behind, none at the end of the file. What one frame is found for, itself.
+    std::optional<FRAME_MARK> after = std::nullopt;
+    uint32_t nLost = 0;                           // of lost frames: how many of the numbers between the two
+    int32_t nLostType = KX_FRAME_TYPE_UNKNOWN;    // and their kind; unknown if all kinds are numbered together
+    STRETCH_CONTENTS contents = {};               // of a stretch
+    uint32_t nAnnounced = 0;                      // of an unfinished frame: its whole length; 0 if that is lost too
     int32_t nErrorFlags = KX_ERROR_FLAGS_NOERROR; // of a damaged frame
     CLOCK_MS nJump = 0;                           // of a clock jump: from the frame before to the one after
 };
 
-// In the order of the file. Counts all, but keeps so many of each kind: a damaged file of many gigabytes must not fill
+FINDING FindingBetween(FINDING_KIND eKind, const FRAME_MARK& before, const FRAME_MARK& after);
+
+// Counts all, but keeps so many of each kind: a damaged file of many gigabytes must not fill
 // the memory.
 class CFindings
 {
@@ -66,7 +83,10 @@ public:
     explicit CFindings(uint64_t nMaxOfKind) : m_nMaxOfKind(nMaxOfKind) {}
 
     void Add(const FINDING& finding);
+    void AddUnlisted(FINDING_KIND eKind, uint64_t nCount) { m_counts[static_cast<size_t>(eKind)] += nCount; }
+    void Sort(); // in the order of the file: some findings are made late
     const std::vector<FINDING>& Listed() const { return m_listed; }
+    uint64_t MaxOfKind() const { return m_nMaxOfKind; }
     uint64_t Count(FINDING_KIND eKind) const { return m_counts[static_cast<size_t>(eKind)]; }
     uint64_t LeftOut(FINDING_KIND eKind) const;
     bool HasDamage() const;
@@ -81,8 +101,9 @@ private:
 struct CHECK_REPORT
 {
     explicit CHECK_REPORT(uint64_t nMaxOfKind) : findings(nMaxOfKind) {}
-    uint64_t BytesInParts() const { return nSoundBytes + nDamagedBytes + nOutsideBytes + nUnfinishedBytes; }
-    uint64_t SoundFrames() const;
+    uint64_t BytesInParts() const { return nGoodBytes + nDamagedBytes + nOutsideBytes + nUnfinishedBytes; }
+    uint64_t GoodFrames() const;
+    uint64_t LostFrames() const;
 
     std::string name; // escaped
     // Why it is no recording, or why it could not be read to its end; empty else. With the name in front where nothing
@@ -93,19 +114,22 @@ struct CHECK_REPORT
     std::string sha256; // empty if the file could not be read to its end
 
     uint64_t nBytes = 0;
-    uint64_t nSoundBytes = 0;
+    uint64_t nGoodBytes = 0;
     uint64_t nDamagedBytes = 0; // of damaged frames
     uint64_t nOutsideBytes = 0; // between frames
     uint64_t nUnfinishedBytes = 0;
     uint64_t nBlockBytes = 0; // those of nOutsideBytes that are in blocks of another kind and no damage
 
-    std::map<int32_t, uint64_t> soundByType;   // KX_FRAME_TYPE_*
+    std::map<int32_t, uint64_t> goodByType;    // KX_FRAME_TYPE_*
+    std::map<int32_t, uint64_t> lostByType;    // the same
     std::map<int32_t, uint64_t> damagedByFlag; // KX_ERROR_FLAGS_*
-    uint64_t nSummed = 0;                      // sound frames whose payload was checked against a sum
-    uint64_t nLostFrames = 0;
-    uint64_t nEnciphered = 0; // frames whose payload nobody could look into
+    uint64_t nSummed = 0;                      // good frames whose payload was checked against a sum
+    uint64_t nEnciphered = 0;                  // frames whose payload nobody could look into
     std::optional<int64_t> firstEnciphered;
-    std::optional<KX_TIME> earliest; // of the sound frames
+    uint64_t nDeciphered = 0;
+    uint64_t nDecipheredKeys = 0;    // good key frames of a codec whose pictures begin in a known way
+    uint64_t nUnlikePicture = 0;     // those of them that do not begin so
+    std::optional<KX_TIME> earliest; // of the good frames
     std::optional<KX_TIME> latest;
     CFindings findings;
 };

@@ -31,18 +31,15 @@ class CFileCheck
 {
 public:
     CFileCheck(const CHECK_OPTIONS& options, CHECK_REPORT& report)
-        : m_options(options), m_report(report), m_account(report, options.clock), m_chunk(options.nChunk)
-    {
-        if (!options.key.empty())
-            m_source.SetKey(options.key);
-    }
+        : m_report(report), m_account(report, options), m_chunk(options.nChunk)
+    {}
 
     void ReadAll(CInputFile& input)
     {
         CProgressBar progress(input.Size(), false);
         while (const size_t nRead = ReadFull(input)) {
             const auto chunk = std::span(m_chunk).first(nRead);
-            m_sha256.Update(chunk); // first: deciphering changes the chunk
+            m_sha256.Update(chunk);
             m_report.nBytes += nRead;
             TakeChunk(chunk);
             progress.Update(m_report.nBytes);
@@ -55,10 +52,12 @@ public:
     {
         m_report.nStreamType = m_source.StreamType();
         const std::string whyNoRecording = WhyNoRecording();
-        if (whyNoRecording.empty())
-            m_account.Finish(ScanTail());
-        else
+        if (whyNoRecording.empty()) {
+            ScanTail();
+            m_account.Finish();
+        } else {
             m_report.nOutsideBytes = m_report.nBytes;
+        }
         if (m_report.BytesInParts() != m_report.nBytes)
             throw std::logic_error("the parts of " + m_report.name + " do not add up to its size");
         if (!m_report.error.empty())
@@ -66,7 +65,7 @@ public:
         m_report.error = whyNoRecording;
         if (!whyNoRecording.empty())
             m_report.eCode = EXIT_CODE::Format;
-        else if (m_report.findings.HasDamage() || m_report.SoundFrames() == 0)
+        else if (m_report.findings.HasDamage() || m_report.GoodFrames() == 0)
             m_report.eCode = EXIT_CODE::Damage;
     }
 
@@ -126,15 +125,13 @@ private:
         return m_block ? std::min(nWaits, static_cast<uint64_t>(m_block->nOffset)) : nWaits;
     }
 
-    std::optional<UNFINISHED_FRAME> ScanTail()
+    void ScanTail()
     {
         if (!IsZoavFamily(m_report.nStreamType) || m_report.nBytes == 0)
-            return std::nullopt;
+            return;
         const uint64_t nLeast = m_report.nBytes - std::min(m_report.nBytes, sc_leastTail);
         const uint64_t nFrom = std::max(std::min(OpenFrom(), nLeast), static_cast<uint64_t>(m_account.End()));
-        CTailScan scan(m_options.key);
-        return scan.Scan(m_tail.TakeLast(m_report.nBytes - nFrom), static_cast<int64_t>(nFrom),
-                         [this](const FrameInfo& frame, int64_t nOffset) { m_account.Take(frame, nOffset); });
+        CTailScan().Scan(m_tail.TakeLast(m_report.nBytes - nFrom), static_cast<int64_t>(nFrom), m_account);
     }
 
     std::string WhyNoRecording() const
@@ -155,11 +152,10 @@ private:
         int64_t nOffset;
     };
 
-    const CHECK_OPTIONS& m_options;
     CHECK_REPORT& m_report;
     CFrameAccount m_account;
     std::vector<uint8_t> m_chunk;
-    CFrameSource m_source;
+    CFrameSource m_source; // has no key: sums are of the bytes as they stand
     CSha256 m_sha256;
     CByteTail m_tail;
     std::optional<OPEN_BLOCK> m_block;

@@ -38,10 +38,32 @@ std::string LostText(const FINDING& finding)
 {
     const uint32_t nFirst = finding.before->nSeq + 1;
     const uint32_t nLast = finding.after->nSeq - 1;
-    const std::string numbers =
-        finding.nLost == 1 ? fmt::format("number {}", nFirst) : fmt::format("numbers {} to {}", nFirst, nLast);
-    return fmt::format("{} lost: {}, between {} and {}", Counted(finding.nLost, "video frame"), numbers,
+    std::string numbers =
+        nFirst == nLast ? fmt::format("number {}", nFirst) : fmt::format("numbers {} to {}", nFirst, nLast);
+    if (nLast - nFirst + 1 != finding.nLost)
+        numbers = "of the " + numbers;
+    return fmt::format("{} lost: {}, between {} and {}", LostFramesText(finding.nLost, finding.nLostType), numbers,
                        TimeOr(finding.before->time), TimeOr(finding.after->time));
+}
+
+std::string ContentsText(const STRETCH_CONTENTS& contents)
+{
+    std::vector<std::string> parts;
+    if (contents.nHeads > 0)
+        parts.push_back(fmt::format("{} whose sum, length or tail is wrong", Counted(contents.nHeads, "frame head")));
+    if (contents.nTails > 0)
+        parts.push_back(fmt::format("{} without a head", Counted(contents.nTails, "tail")));
+    if (contents.nBlocks > 0)
+        parts.push_back(fmt::format("{} of another kind", Counted(contents.nBlocks, "block")));
+    return parts.empty() ? "" : fmt::format(" ({})", fmt::join(parts, ", "));
+}
+
+std::string StartText(const FINDING& finding)
+{
+    const std::string key = finding.after ? fmt::format("a decoder can start at offset {}: {}", finding.after->nOffset,
+                                                        MarkText(*finding.after))
+                                          : "there is no frame that a decoder can start from";
+    return fmt::format("the first video frame is no key frame: {}; {}", MarkText(*finding.before), key);
 }
 
 std::string DamageText(int32_t nErrorFlags)
@@ -87,6 +109,11 @@ std::string Counted(uint64_t nCount, std::string_view noun)
     return fmt::format("{} {}{}", nCount, noun, nCount == 1 ? "" : "s");
 }
 
+std::string LostFramesText(uint64_t nLost, int32_t nFrameType)
+{
+    return Counted(nLost, nFrameType == KX_FRAME_TYPE_UNKNOWN ? "frame" : FrameTypeName(nFrameType) + " frame");
+}
+
 std::string FindingText(const FINDING& finding)
 {
     switch (finding.eKind) {
@@ -96,16 +123,27 @@ std::string FindingText(const FINDING& finding)
         return fmt::format("{}, {}: {}", MarkText(*finding.after), Counted(finding.nBytes, "byte"),
                            DamageText(finding.nErrorFlags));
     case FINDING_KIND::Stretch:
-        return fmt::format("{} in no frame, {}", Counted(finding.nBytes, "byte"), NeighboursText(finding));
+        return fmt::format("{} in no frame{}, {}", Counted(finding.nBytes, "byte"), ContentsText(finding.contents),
+                           NeighboursText(finding));
     case FINDING_KIND::Blocks:
         return fmt::format("{} in blocks of another kind, {}", Counted(finding.nBytes, "byte"),
                            NeighboursText(finding));
     case FINDING_KIND::Unfinished:
         return UnfinishedText(finding);
     case FINDING_KIND::SequenceRestart:
-        return fmt::format("the numbers of the video frames step back from {} to {}, between {} and {}",
-                           finding.before->nSeq, finding.after->nSeq, TimeOr(finding.before->time),
-                           TimeOr(finding.after->time));
+        return fmt::format("the numbers of the {} frames step back from {} to {}, between {} and {}",
+                           FrameTypeName(finding.after->nFrameType), finding.before->nSeq, finding.after->nSeq,
+                           TimeOr(finding.before->time), TimeOr(finding.after->time));
+    case FINDING_KIND::OutOfOrder:
+        return fmt::format("{} comes late, behind number {}", MarkText(*finding.after), finding.before->nSeq);
+    case FINDING_KIND::RepeatedNumber:
+        return fmt::format("{} has the number of a frame in front of it", MarkText(*finding.after));
+    case FINDING_KIND::NoPayloadSum:
+        return fmt::format("{} has no payload sum, though most frames of its kind have one: a change inside it would "
+                           "not show",
+                           MarkText(*finding.after));
+    case FINDING_KIND::NoKeyFrame:
+        return StartText(finding);
     case FINDING_KIND::ClockJump:
         return JumpText(finding);
     case FINDING_KIND::Count:

@@ -8,24 +8,11 @@ constexpr int32_t sc_magicSize = 4;
 constexpr int32_t sc_blockHeadSize = 8;
 
 // The head has a sum of its own; the sums behind these flags are of what it carries.
-bool IsHeadSound(int32_t nErrorFlags)
+bool IsHeadGood(int32_t nErrorFlags)
 {
     return nErrorFlags == KX_ERROR_FLAGS_NOERROR || nErrorFlags == KX_ERROR_FLAGS_DATA_VERIFY ||
            nErrorFlags == KX_ERROR_FLAGS_WATERMARK || nErrorFlags == KX_ERROR_FLAGS_DECRYPTION_FAILURE;
 }
-
-bool IsEnciphered(const FrameInfo& frame)
-{
-    return frame.nEncryptType != KX_ENCRYPT_UNKOWN && frame.bHasDecrypt == 0;
-}
-
-FRAME_MARK MarkOf(const FrameInfo& frame, int64_t nOffset)
-{
-    return {nOffset, frame.frameType, frame.frameSubType, static_cast<uint32_t>(frame.frameSeq),
-            KX_TIME(frame.frameTime)};
-}
-
-} // namespace
 
 // A head that was not believed is stepped over with its magic alone. The parser's own record of lost frames has no bytes
 // at all, and does not tell how many they are: the numbers do.
@@ -34,106 +21,169 @@ bool IsFrame(const FrameInfo& frame)
     return frame.errorFlags != KX_ERROR_FLAGS_LOST_HEADER && frame.frameLen > sc_magicSize;
 }
 
+FRAME_MARK MarkOf(const FrameInfo& frame, int64_t nOffset)
+{
+    return {nOffset, frame.frameType, frame.frameSubType, static_cast<uint32_t>(frame.frameSeq),
+            KX_TIME(frame.frameTime)};
+}
+
+void TakeTime(const KX_TIME& time, CHECK_REPORT& report)
+{
+    if (!IsCalendarTime(time))
+        return;
+    const CLOCK_MS nClock = TimeToClock(time);
+    if (!report.earliest || nClock < TimeToClock(*report.earliest))
+        report.earliest = time;
+    if (!report.latest || nClock > TimeToClock(*report.latest))
+        report.latest = time;
+}
+
+} // namespace
+
 bool IsBlock(const FrameInfo& frame)
 {
     return frame.errorFlags == KX_ERROR_FLAGS_LOST_HEADER && frame.frameLen >= sc_blockHeadSize;
 }
 
+CFrameAccount::CFrameAccount(CHECK_REPORT& report, const CHECK_OPTIONS& options)
+    : m_report(report),
+      m_numbers(report),
+      m_clock(options.clock),
+      m_start(report.findings),
+      m_sums(report),
+      m_keyTrial(options.key)
+{}
+
 void CFrameAccount::Take(const FrameInfo& frame, int64_t nOffset)
 {
-    if (!IsFrame(frame)) {
-        TakeBlock(frame, nOffset);
+    if (nOffset < m_nRecordsEnd || frame.frameLen < sc_magicSize)
         return;
-    }
-    const FRAME_MARK mark = MarkOf(frame, nOffset);
-    CloseStretch(nOffset, mark);
-    if (frame.errorFlags == KX_ERROR_FLAGS_NOERROR)
-        TakeSound(frame, mark);
+    m_nRecordsEnd = nOffset + frame.frameLen;
+    if (IsFrame(frame))
+        TakeFrame(frame, MarkOf(frame, nOffset));
     else
-        TakeDamaged(frame, mark);
-    if (IsHeadSound(frame.errorFlags))
-        FollowOrder(frame, mark);
-    if (IsEnciphered(frame)) {
-        ++m_report.nEnciphered;
-        m_report.firstEnciphered = m_report.firstEnciphered.value_or(nOffset);
+        TakeNoFrame(frame, nOffset);
+}
+
+void CFrameAccount::TakeFrame(const FrameInfo& frame, const FRAME_MARK& mark)
+{
+    CloseStretch(mark.nOffset, mark);
+    const int32_t nErrorFlags = JudgeCipher(frame, mark);
+    if (nErrorFlags == KX_ERROR_FLAGS_NOERROR)
+        TakeGood(frame, mark);
+    else
+        TakeDamaged(frame, mark, nErrorFlags);
+    if (IsHeadGood(nErrorFlags)) {
+        m_numbers.Follow(frame, mark);
+        if (const auto finding = m_clock.Follow(frame, mark))
+            m_report.findings.Add(*finding);
     }
-    m_nEnd = nOffset + frame.frameLen;
+    m_nEnd = m_nRecordsEnd;
     m_nBlocksEnd = m_nEnd;
     m_last = mark;
 }
 
-void CFrameAccount::TakeBlock(const FrameInfo& frame, int64_t nOffset)
+void CFrameAccount::TakeNoFrame(const FrameInfo& frame, int64_t nOffset)
 {
-    if (IsBlock(frame) && nOffset == m_nBlocksEnd)
-        m_nBlocksEnd += frame.frameLen;
-}
-
-void CFrameAccount::TakeSound(const FrameInfo& frame, const FRAME_MARK& mark)
-{
-    ++m_report.soundByType[mark.nFrameType];
-    m_report.nSoundBytes += static_cast<uint64_t>(frame.frameLen);
-    m_report.nSummed += m_payloadSum.WasChecked(frame) ? 1 : 0;
-    if (!IsCalendarTime(mark.time))
-        return;
-    const CLOCK_MS nClock = TimeToClock(mark.time);
-    if (!m_report.earliest || nClock < TimeToClock(*m_report.earliest))
-        m_report.earliest = mark.time;
-    if (!m_report.latest || nClock > TimeToClock(*m_report.latest))
-        m_report.latest = mark.time;
-}
-
-void CFrameAccount::TakeDamaged(const FrameInfo& frame, const FRAME_MARK& mark)
-{
-    FINDING finding;
-    finding.eKind = FINDING_KIND::DamagedFrame;
-    finding.nOffset = mark.nOffset;
-    finding.nBytes = static_cast<uint64_t>(frame.frameLen);
-    finding.after = mark;
-    finding.nErrorFlags = frame.errorFlags;
-    ++m_report.damagedByFlag[finding.nErrorFlags];
-    m_report.nDamagedBytes += finding.nBytes;
-    m_report.findings.Add(finding);
-}
-
-void CFrameAccount::FollowOrder(const FrameInfo& frame, const FRAME_MARK& mark)
-{
-    if (const auto finding = m_sequence.Follow(frame, mark)) {
-        m_report.nLostFrames += finding->nLost;
-        m_report.findings.Add(*finding);
+    if (IsBlock(frame)) {
+        ++m_contents.nBlocks;
+        m_nBlocksEnd += nOffset == m_nBlocksEnd ? int32_t{frame.frameLen} : 0;
+    } else {
+        ++(frame.errorFlags == KX_ERROR_FLAGS_LOST_HEADER ? m_contents.nTails : m_contents.nHeads);
     }
-    if (const auto finding = m_clock.Follow(frame, mark))
-        m_report.findings.Add(*finding);
+}
+
+void CFrameAccount::TakeWaiting(const UNFINISHED_FRAME& waiting)
+{
+    if (!m_waiting) {
+        m_waiting = waiting;
+        m_beforeWaiting = m_contents;
+    }
+    ++m_contents.nHeads;
+}
+
+// Answers the frame's error, that of deciphering it included.
+int32_t CFrameAccount::JudgeCipher(const FrameInfo& frame, const FRAME_MARK& mark)
+{
+    if (frame.nEncryptType == KX_ENCRYPT_UNKOWN)
+        return frame.errorFlags;
+    const KEY_RESULT result = m_keyTrial.Try(frame);
+    if (result.bDeciphered) {
+        ++m_report.nDeciphered;
+    } else {
+        ++m_report.nEnciphered;
+        m_report.firstEnciphered = m_report.firstEnciphered.value_or(mark.nOffset);
+    }
+    if (frame.errorFlags != KX_ERROR_FLAGS_NOERROR)
+        return frame.errorFlags;
+    m_report.nDecipheredKeys += result.bTellsOfKey ? 1 : 0;
+    m_report.nUnlikePicture += result.bTellsOfKey && !result.bLikePicture ? 1 : 0;
+    return result.nErrorFlags;
+}
+
+void CFrameAccount::TakeGood(const FrameInfo& frame, const FRAME_MARK& mark)
+{
+    ++m_report.goodByType[mark.nFrameType];
+    m_report.nGoodBytes += static_cast<uint64_t>(frame.frameLen);
+    TakeTime(mark.time, m_report);
+    m_start.Follow(mark);
+    m_sums.Follow(frame, mark);
+}
+
+void CFrameAccount::TakeDamaged(const FrameInfo& frame, const FRAME_MARK& mark, int32_t nErrorFlags)
+{
+    const auto nBytes = static_cast<uint64_t>(frame.frameLen);
+    ++m_report.damagedByFlag[nErrorFlags];
+    m_report.nDamagedBytes += nBytes;
+    m_report.findings.Add({.eKind = FINDING_KIND::DamagedFrame,
+                           .nOffset = mark.nOffset,
+                           .nBytes = nBytes,
+                           .after = mark,
+                           .nErrorFlags = nErrorFlags});
 }
 
 void CFrameAccount::CloseStretch(int64_t nEnd, const std::optional<FRAME_MARK>& after)
 {
-    if (nEnd <= m_nEnd)
-        return;
-    FINDING finding;
-    finding.eKind = m_nBlocksEnd == nEnd ? FINDING_KIND::Blocks : FINDING_KIND::Stretch;
-    finding.nOffset = m_nEnd;
-    finding.nBytes = static_cast<uint64_t>(nEnd - m_nEnd);
-    finding.before = m_last;
-    finding.after = after;
-    m_report.nOutsideBytes += finding.nBytes;
-    m_report.nBlockBytes += finding.eKind == FINDING_KIND::Blocks ? finding.nBytes : 0;
-    m_report.findings.Add(finding);
+    if (nEnd > m_nEnd) {
+        const auto eKind = m_nBlocksEnd == nEnd ? FINDING_KIND::Blocks : FINDING_KIND::Stretch;
+        const auto nBytes = static_cast<uint64_t>(nEnd - m_nEnd);
+        m_report.nOutsideBytes += nBytes;
+        m_report.nBlockBytes += eKind == FINDING_KIND::Blocks ? nBytes : 0;
+        m_report.findings.Add({.eKind = eKind,
+                               .nOffset = m_nEnd,
+                               .nBytes = nBytes,
+                               .before = m_last,
+                               .after = after,
+                               .contents = m_contents});
+    }
+    m_contents = {};
+    m_waiting.reset();
 }
 
-void CFrameAccount::Finish(const std::optional<UNFINISHED_FRAME>& unfinished)
+void CFrameAccount::Finish()
 {
     const auto nSize = static_cast<int64_t>(m_report.nBytes);
-    CloseStretch(unfinished ? unfinished->nOffset : nSize, std::nullopt);
-    if (!unfinished)
-        return;
-    FINDING finding;
-    finding.eKind = FINDING_KIND::Unfinished;
-    finding.nOffset = unfinished->nOffset;
-    finding.nBytes = static_cast<uint64_t>(nSize - unfinished->nOffset);
-    finding.before = m_last;
-    finding.nAnnounced = unfinished->nAnnounced;
-    m_report.nUnfinishedBytes = finding.nBytes;
-    m_report.findings.Add(finding);
+    if (const auto unfinished = m_waiting) {
+        m_contents = m_beforeWaiting; // what is behind it belongs to it
+        CloseStretch(unfinished->nOffset, std::nullopt);
+        TellUnfinished(*unfinished);
+    } else {
+        CloseStretch(nSize, std::nullopt);
+    }
+    m_numbers.Finish();
+    m_start.Finish();
+    m_sums.Finish();
+    m_report.findings.Sort();
+}
+
+void CFrameAccount::TellUnfinished(const UNFINISHED_FRAME& unfinished)
+{
+    m_report.nUnfinishedBytes = m_report.nBytes - static_cast<uint64_t>(unfinished.nOffset);
+    m_report.findings.Add({.eKind = FINDING_KIND::Unfinished,
+                           .nOffset = unfinished.nOffset,
+                           .nBytes = m_report.nUnfinishedBytes,
+                           .before = m_last,
+                           .nAnnounced = unfinished.nAnnounced});
 }
 
 } // namespace Marvane::FrameSift

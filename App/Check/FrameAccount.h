@@ -2,8 +2,12 @@
 #ifndef FRAMESIFT_APP_CHECK_FRAMEACCOUNT_H
 #define FRAMESIFT_APP_CHECK_FRAMEACCOUNT_H
 
-#include "Check/FrameOrder.h"
+#include "Check/CheckOptions.h"
+#include "Check/ClockWatch.h"
+#include "Check/KeyTrial.h"
+#include "Check/NumberWatch.h"
 #include "Check/PayloadSum.h"
+#include "Check/StartWatch.h"
 
 namespace Marvane::FrameSift {
 
@@ -18,33 +22,41 @@ struct UNFINISHED_FRAME
 class CFrameAccount
 {
 public:
-    CFrameAccount(CHECK_REPORT& report, const CLOCK_LIMITS& limits) : m_report(report), m_clock(limits) {}
+    CFrameAccount(CHECK_REPORT& report, const CHECK_OPTIONS& options);
 
-    // The frame's pointers are alive.
+    // The record of a parser without a key; its pointers are alive. A record that came already is passed over.
     void Take(const FrameInfo& frame, int64_t nOffset);
+    // A head that bytes are missing behind. It is the end of the recording, unless a frame follows.
+    void TakeWaiting(const UNFINISHED_FRAME& waiting);
     // All is taken, and the report's nBytes tells the size.
-    void Finish(const std::optional<UNFINISHED_FRAME>& unfinished);
+    void Finish();
     int64_t End() const { return m_nEnd; } // of the last frame
 
 private:
-    void TakeBlock(const FrameInfo& frame, int64_t nOffset);
-    void TakeSound(const FrameInfo& frame, const FRAME_MARK& mark);
-    void TakeDamaged(const FrameInfo& frame, const FRAME_MARK& mark);
-    void FollowOrder(const FrameInfo& frame, const FRAME_MARK& mark);
+    void TakeFrame(const FrameInfo& frame, const FRAME_MARK& mark);
+    void TakeNoFrame(const FrameInfo& frame, int64_t nOffset);
+    int32_t JudgeCipher(const FrameInfo& frame, const FRAME_MARK& mark);
+    void TakeGood(const FrameInfo& frame, const FRAME_MARK& mark);
+    void TakeDamaged(const FrameInfo& frame, const FRAME_MARK& mark, int32_t nErrorFlags);
     void CloseStretch(int64_t nEnd, const std::optional<FRAME_MARK>& after);
+    void TellUnfinished(const UNFINISHED_FRAME& unfinished);
 
     CHECK_REPORT& m_report;
-    CSequenceWatch m_sequence;
+    CNumberWatch m_numbers;
     CClockWatch m_clock;
-    CPayloadSum m_payloadSum;
+    CStartWatch m_start;
+    CPayloadSums m_sums;
+    CKeyTrial m_keyTrial;
     int64_t m_nEnd = 0;
-    int64_t m_nBlocksEnd = 0; // of the blocks that stand right behind m_nEnd
+    int64_t m_nBlocksEnd = 0;  // of the blocks that stand right behind m_nEnd
+    int64_t m_nRecordsEnd = 0; // of all records so far
     std::optional<FRAME_MARK> m_last;
+    STRETCH_CONTENTS m_contents;               // since m_nEnd
+    std::optional<UNFINISHED_FRAME> m_waiting; // the first one since m_nEnd
+    STRETCH_CONTENTS m_beforeWaiting;
 };
 
-// Whether a record stands for a frame, sound or damaged; if not, the bytes that it steps over are in no frame.
-bool IsFrame(const FrameInfo& frame);
-// A block of another kind, stepped over whole.
+// Whether a record stands for a block of another kind, stepped over whole.
 bool IsBlock(const FrameInfo& frame);
 
 } // namespace Marvane::FrameSift

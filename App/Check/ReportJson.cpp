@@ -41,6 +41,7 @@ void AddParticulars(Json& object, const FINDING& finding)
     switch (finding.eKind) {
     case FINDING_KIND::LostFrames:
         object["lost"] = finding.nLost;
+        object["lost_kind"] = FrameTypeName(finding.nLostType);
         object["first_lost"] = finding.before->nSeq + 1;
         object["last_lost"] = finding.after->nSeq - 1;
         break;
@@ -59,6 +60,9 @@ void AddParticulars(Json& object, const FINDING& finding)
     case FINDING_KIND::Stretch:
     case FINDING_KIND::Blocks:
         object["bytes"] = finding.nBytes;
+        object["heads"] = finding.contents.nHeads;
+        object["tails"] = finding.contents.nTails;
+        object["blocks"] = finding.contents.nBlocks;
         break;
     default:
         break;
@@ -70,7 +74,7 @@ Json JsonOf(const FINDING& finding)
     Json object = {
         {"finding", FindingName(finding.eKind)}, {"damage", IsDamage(finding.eKind)}, {"offset", finding.nOffset}};
     AddParticulars(object, finding);
-    if (finding.eKind == FINDING_KIND::DamagedFrame) {
+    if (finding.eKind == FINDING_KIND::DamagedFrame || finding.eKind == FINDING_KIND::NoPayloadSum) {
         object["frame"] = JsonOf(finding.after);
     } else {
         object["before"] = JsonOf(finding.before);
@@ -114,18 +118,22 @@ Json TotalsOf(const CHECK_REPORT& report)
     }
     return {{"bytes",
              {{"all", report.nBytes},
-              {"sound", report.nSoundBytes},
+              {"good", report.nGoodBytes},
               {"damaged", report.nDamagedBytes},
               {"in_no_frame", report.nOutsideBytes},
               {"unfinished", report.nUnfinishedBytes},
               {"blocks", report.nBlockBytes}}},
             {"frames",
-             {{"sound", report.SoundFrames()},
+             {{"good", report.GoodFrames()},
               {"damaged", report.findings.Count(FINDING_KIND::DamagedFrame)},
-              {"sound_by_sum", report.nSummed},
-              {"lost", report.nLostFrames},
+              {"good_by_sum", report.nSummed},
+              {"lost", report.LostFrames()},
               {"enciphered", report.nEnciphered},
-              {"sound_by_kind", JsonOf(report.soundByType, &FrameTypeName)},
+              {"deciphered", report.nDeciphered},
+              {"deciphered_key_frames", report.nDecipheredKeys},
+              {"deciphered_unlike_picture", report.nUnlikePicture},
+              {"good_by_kind", JsonOf(report.goodByType, &FrameTypeName)},
+              {"lost_by_kind", JsonOf(report.lostByType, &FrameTypeName)},
               {"damaged_by_error", JsonOf(report.damagedByFlag, &ErrorName)}}},
             {"first_enciphered_offset", report.firstEnciphered ? Json(*report.firstEnciphered) : Json()},
             {"earliest", JsonOf(report.earliest)},

@@ -22,8 +22,11 @@ Parts DamageParts(const CHECK_REPORT& report)
 {
     const CFindings& findings = report.findings;
     Parts parts;
-    AddPart(parts, report.nLostFrames,
-            fmt::format("{} lost in {}", Counted(report.nLostFrames, "video frame"),
+    Parts lost;
+    for (const auto& [nType, nCount] : report.lostByType)
+        lost.push_back(LostFramesText(nCount, nType));
+    AddPart(parts, lost.size(),
+            fmt::format("{} lost in {}", fmt::join(lost, " and "),
                         Counted(findings.Count(FINDING_KIND::LostFrames), "gap")));
     AddPart(parts, findings.Count(FINDING_KIND::DamagedFrame),
             Counted(findings.Count(FINDING_KIND::DamagedFrame), "damaged frame"));
@@ -32,19 +35,27 @@ Parts DamageParts(const CHECK_REPORT& report)
             Counted(report.nOutsideBytes - report.nBlockBytes, "byte") + " in no frame" +
                 (nStretches > 1 ? fmt::format(" in {} places", nStretches) : ""));
     AddPart(parts, findings.Count(FINDING_KIND::Unfinished), "cut off at the end");
-    if (report.SoundFrames() == 0)
-        parts.emplace_back("no sound frame at all");
+    if (report.GoodFrames() == 0)
+        parts.emplace_back("no good frame at all");
     return parts;
 }
 
 Parts NoteParts(const CHECK_REPORT& report)
 {
     const CFindings& findings = report.findings;
-    const uint64_t nJumps = findings.Count(FINDING_KIND::ClockJump);
-    const uint64_t nRestarts = findings.Count(FINDING_KIND::SequenceRestart);
     Parts parts;
-    AddPart(parts, nJumps, Counted(nJumps, "clock jump"));
-    AddPart(parts, nRestarts, Counted(nRestarts, "restart") + " of the frame numbers");
+    const auto add = [&](FINDING_KIND eKind, std::string_view noun, const char* pBehind = "") {
+        AddPart(parts, findings.Count(eKind), Counted(findings.Count(eKind), noun) + pBehind);
+    };
+    AddPart(parts, findings.Count(FINDING_KIND::NoKeyFrame), "no key frame at the start");
+    add(FINDING_KIND::ClockJump, "clock jump");
+    add(FINDING_KIND::SequenceRestart, "restart", " of the frame numbers");
+    add(FINDING_KIND::OutOfOrder, "frame", " out of order");
+    add(FINDING_KIND::RepeatedNumber, "repeated number");
+    add(FINDING_KIND::NoPayloadSum, "frame", " without a payload sum unlike others");
+    AddPart(parts, report.nUnlikePicture,
+            fmt::format("{} of {} deciphered key frames do not begin like a picture: the key may be wrong",
+                        report.nUnlikePicture, report.nDecipheredKeys));
     AddPart(parts, report.nEnciphered, Counted(report.nEnciphered, "frame") + " still enciphered");
     return parts;
 }
@@ -72,29 +83,35 @@ std::string FindingLines(const CHECK_REPORT& report)
     for (size_t n = 0; n < gsk_findingKinds; ++n) {
         const auto eKind = static_cast<FINDING_KIND>(n);
         if (report.findings.LeftOut(eKind) > 0)
-            text += fmt::format("  {} more of the kind {} are not listed; --max-findings lists more\n",
+            text += fmt::format("  and {} more of the kind {}; --max-findings lists more\n",
                                 report.findings.LeftOut(eKind), FindingName(eKind));
     }
     return text;
 }
 
+// " (2 video, 1 audio)"; nothing for no counts.
+template <class NAME>
+std::string InBrackets(const std::map<int32_t, uint64_t>& counts, NAME name)
+{
+    Parts parts;
+    for (const auto& [nCode, nCount] : counts)
+        parts.push_back(fmt::format("{} {}", nCount, name(nCode)));
+    return parts.empty() ? "" : fmt::format(" ({})", fmt::join(parts, ", "));
+}
+
+std::string LostKindName(int32_t nFrameType)
+{
+    return nFrameType == KX_FRAME_TYPE_UNKNOWN ? "of an unknown kind" : FrameTypeName(nFrameType);
+}
+
 std::string FramesLine(const CHECK_REPORT& report)
 {
-    std::string text = fmt::format("{} sound", report.SoundFrames());
-    const char* pBefore = " (";
-    for (const auto& [nType, nCount] : report.soundByType) {
-        text += fmt::format("{}{} {}", pBefore, nCount, FrameTypeName(nType));
-        pBefore = ", ";
-    }
-    text += report.soundByType.empty() ? "" : ")";
-    text += fmt::format(", {} damaged", report.findings.Count(FINDING_KIND::DamagedFrame));
-    pBefore = " (";
-    for (const auto& [nFlag, nCount] : report.damagedByFlag) {
-        text += fmt::format("{}{} {}", pBefore, nCount, ErrorName(nFlag));
-        pBefore = ", ";
-    }
-    text += report.damagedByFlag.empty() ? "" : ")";
-    text += fmt::format(", {} lost", report.nLostFrames);
+    std::string text = fmt::format(
+        "{} good{}, {} damaged{}, {} lost{}", report.GoodFrames(), InBrackets(report.goodByType, &FrameTypeName),
+        report.findings.Count(FINDING_KIND::DamagedFrame), InBrackets(report.damagedByFlag, &ErrorName),
+        report.LostFrames(), InBrackets(report.lostByType, &LostKindName));
+    if (report.nDeciphered > 0)
+        text += fmt::format(", {} deciphered", report.nDeciphered);
     if (report.nEnciphered > 0)
         text += fmt::format(", {} still enciphered, the first at {}", report.nEnciphered, *report.firstEnciphered);
     return text;
@@ -110,12 +127,12 @@ std::string TotalLines(const CHECK_REPORT& report)
                             TimeText(*report.latest));
     if (report.eCode != EXIT_CODE::Format) {
         text += fmt::format("  frames  {}\n", FramesLine(report));
-        if (report.SoundFrames() > report.nSummed)
-            text += fmt::format("          {} of {} sound ones carry no sum of their payload: a change inside it would "
-                                "not show\n",
-                                report.SoundFrames() - report.nSummed, report.SoundFrames());
-        text += fmt::format("  bytes   {} = {} sound + {} damaged + {} in no frame + {} unfinished\n", report.nBytes,
-                            report.nSoundBytes, report.nDamagedBytes, report.nOutsideBytes, report.nUnfinishedBytes);
+        if (report.GoodFrames() > report.nSummed)
+            text += fmt::format("          without a payload sum that can be checked: {} of the {} good ones; a change "
+                                "inside would not show\n",
+                                report.GoodFrames() - report.nSummed, report.GoodFrames());
+        text += fmt::format("  bytes   {} = {} good + {} damaged + {} in no frame + {} unfinished\n", report.nBytes,
+                            report.nGoodBytes, report.nDamagedBytes, report.nOutsideBytes, report.nUnfinishedBytes);
         if (report.nBlockBytes > 0)
             text +=
                 fmt::format("          {} of those in no frame are in blocks of another kind, which are no damage\n",
@@ -130,8 +147,8 @@ std::string TotalLines(const CHECK_REPORT& report)
 
 std::string ReportText(const CHECK_REPORT& report)
 {
-    std::string text = VerdictText(report) + "\n" + FindingLines(report);
-    return report.nBytes == 0 ? text : text + TotalLines(report);
+    const std::string totals = report.nBytes == 0 ? "" : TotalLines(report);
+    return VerdictText(report) + "\n" + totals + FindingLines(report);
 }
 
 } // namespace Marvane::FrameSift

@@ -8,7 +8,7 @@
 
 namespace Marvane::FrameSift {
 
-// One line with the verdict, one for each finding in the order of the file, then the totals.
+// One line with the verdict, the totals, then a line for each finding in the order of the file.
 std::string ReportText(const CHECK_REPORT& report);
 
 } // namespace Marvane::FrameSift

@@ -1,6 +1,8 @@
 #include "Check/TailScan.h"
 
+#include <algorithm>
 #include <new>
+#include <span>
 #include <utility>
 
 #include "Memory/LogicData.h"
@@ -30,8 +32,7 @@ uint32_t LoadMagic(const uint8_t* pBytes)
     return __builtin_bswap32(LoadUint32Lsb(pBytes));
 }
 
-} // namespace
-
+// One to three bytes that a head could begin with.
 bool IsPartOfMagic(std::span<const uint8_t> bytes)
 {
     if (bytes.empty() || bytes.size() >= sc_magicSize)
@@ -47,15 +48,15 @@ bool IsPartOfMagic(std::span<const uint8_t> bytes)
     return false;
 }
 
-CTailScan::CTailScan(std::span<const uint8_t> key)
+} // namespace
+
+CTailScan::CTailScan()
 {
     // What the numbers leave out is looked at for the whole file, not here.
     m_parser.SetCallBackUserData(reinterpret_cast<void*>(intptr_t{CALLBACK_USE_BASE_FRAME}));
-    if (!key.empty())
-        m_parser.SetExtInfo(KX_ENCRYPT_AES, key.data(), static_cast<int>(key.size()));
 }
 
-std::optional<UNFINISHED_FRAME> CTailScan::Scan(std::vector<uint8_t> tail, int64_t nOffset, const Take& take)
+void CTailScan::Scan(std::vector<uint8_t> tail, int64_t nOffset, CFrameAccount& account)
 {
     m_tail = std::move(tail);
     m_nSize = m_tail.size();
@@ -64,27 +65,21 @@ std::optional<UNFINISHED_FRAME> CTailScan::Scan(std::vector<uint8_t> tail, int64
     CLogicData window;
     if (window.JoinData(m_tail.data(), static_cast<int>(m_tail.size())) != KX_SUCCESS)
         throw std::bad_alloc();
-    std::optional<UNFINISHED_FRAME> unfinished;
-    size_t nFramesEnd = 0;
     for (size_t nPos = 0; nPos + sc_magicSize <= m_nSize;) {
         if (!m_parser.CheckFrameID(static_cast<int>(LoadMagic(&m_tail[nPos])))) {
             ++nPos;
             continue;
         }
         const STEP step = JudgeMagic(window, nPos);
-        if (!step.bWaits)
-            take(step.frame, nOffset + static_cast<int64_t>(nPos));
-        else if (!unfinished)
-            unfinished = DescribeUnfinished(nPos);
+        if (step.bWaits)
+            account.TakeWaiting(DescribeWaiting(nPos));
+        else
+            account.Take(step.frame, nOffset + static_cast<int64_t>(nPos));
         nPos += step.nLength;
-        if (step.bFrame) {
-            unfinished.reset();
-            nFramesEnd = nPos;
-        }
     }
-    if (!unfinished && IsPartOfMagic(std::span(m_tail).first(m_nSize).subspan(nFramesEnd)))
-        unfinished = UNFINISHED_FRAME{nOffset + static_cast<int64_t>(nFramesEnd), 0};
-    return unfinished;
+    const auto nFramesEnd = static_cast<size_t>(std::max<int64_t>(account.End() - nOffset, 0));
+    if (IsPartOfMagic(std::span(m_tail).first(m_nSize).subspan(nFramesEnd)))
+        account.TakeWaiting({nOffset + static_cast<int64_t>(nFramesEnd), 0});
 }
 
 CTailScan::STEP CTailScan::JudgeMagic(CLogicData& window, size_t nPos)
@@ -108,7 +103,6 @@ CTailScan::STEP CTailScan::JudgeMagic(CLogicData& window, size_t nPos)
     step.bWaits = nLength > m_nSize - nPos || EndsInPadding(step.frame, nPos);
     if (!step.bWaits)
         step.nLength = nLength;
-    step.bFrame = !step.bWaits && IsFrame(step.frame);
     return step;
 }
 
@@ -121,15 +115,15 @@ bool CTailScan::EndsInPadding(const FrameInfo& frame, size_t nPos) const
     return nAnnounced > m_nSize - nPos && nAnnounced <= m_tail.size() - nPos;
 }
 
-UNFINISHED_FRAME CTailScan::DescribeUnfinished(size_t nPos) const
+UNFINISHED_FRAME CTailScan::DescribeWaiting(size_t nPos) const
 {
-    UNFINISHED_FRAME unfinished;
-    unfinished.nOffset = m_nOffset + static_cast<int64_t>(nPos);
+    UNFINISHED_FRAME waiting;
+    waiting.nOffset = m_nOffset + static_cast<int64_t>(nPos);
     const uint32_t nMagic = LoadMagic(&m_tail[nPos]);
     const size_t nLengthAt = nPos + (nMagic == gsk_zoiiMagic ? sc_magicSize : sc_headLengthAt);
     if (m_nSize - nPos >= HeadSizeOf(nMagic))
-        unfinished.nAnnounced = LoadUint32Lsb(&m_tail[nLengthAt]);
-    return unfinished;
+        waiting.nAnnounced = LoadUint32Lsb(&m_tail[nLengthAt]);
+    return waiting;
 }
 
 } // namespace Marvane::FrameSift

@@ -2,8 +2,6 @@
 #ifndef FRAMESIFT_APP_CHECK_TAILSCAN_H
 #define FRAMESIFT_APP_CHECK_TAILSCAN_H
 
-#include <functional>
-#include <span>
 #include <vector>
 
 #include "Check/FrameAccount.h"
@@ -17,36 +15,28 @@ namespace Marvane::FrameSift {
 class CTailScan
 {
 public:
-    using Take = std::function<void(const FrameInfo& frame, int64_t nOffset)>;
+    CTailScan();
 
-    // key: as for the stream; may be empty.
-    explicit CTailScan(std::span<const uint8_t> key);
-
-    // tail: what the stream's parser has not taken; nOffset: where it begins. Gives take the frames in it, and answers
-    // the first head behind the last of them that still waits.
-    std::optional<UNFINISHED_FRAME> Scan(std::vector<uint8_t> tail, int64_t nOffset, const Take& take);
+    // tail: what the stream's parser has not taken; nOffset: where it begins.
+    void Scan(std::vector<uint8_t> tail, int64_t nOffset, CFrameAccount& account);
 
 private:
     struct STEP
     {
         FrameInfo frame = {};
         bool bWaits = false;
-        bool bFrame = false;
         size_t nLength = 4; // how far to go from the magic on
     };
 
     STEP JudgeMagic(CLogicData& window, size_t nPos);
     bool EndsInPadding(const FrameInfo& frame, size_t nPos) const;
-    UNFINISHED_FRAME DescribeUnfinished(size_t nPos) const;
+    UNFINISHED_FRAME DescribeWaiting(size_t nPos) const;
 
     CZOAVStream m_parser;
     std::vector<uint8_t> m_tail; // with padding
     size_t m_nSize = 0;          // without
     int64_t m_nOffset = 0;
 };
-
-// One to three bytes that a head could begin with.
-bool IsPartOfMagic(std::span<const uint8_t> bytes);
 
 } // namespace Marvane::FrameSift
 

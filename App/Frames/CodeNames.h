@@ -10,7 +10,7 @@ namespace Marvane::FrameSift {
 // The names are part of the output that scripts read: add some, but change none.
 std::string FrameTypeName(int32_t nFrameType);   // KX_FRAME_TYPE_*
 std::string StreamTypeName(int32_t nStreamType); // KX_STREAM_TYPE_*
-std::string ErrorName(int32_t nErrorFlags);      // KX_ERROR_FLAGS_*; empty for a sound frame
+std::string ErrorName(int32_t nErrorFlags);      // KX_ERROR_FLAGS_*; empty for a good frame
 
 std::string CipherName(int32_t nEncryptType);    // KX_ENCRYPT_*; empty for a clear frame
 std::string InterlaceName(int32_t nDeinterlace); // KX_DEINTERLACE_*

@@ -62,7 +62,7 @@ public:
         m_output.Flush();
         const bool bStopped = m_nLines >= m_options.nLimit;
         if (bStopped)
-            return m_summary.Text(m_source.StreamType(), m_nBytes, 0) + "stopped at the limit of lines\n";
+            return m_summary.Text(m_source.StreamType(), m_nBytes, std::nullopt);
         return m_summary.Text(m_source.StreamType(), m_nBytes, m_source.UnfinishedBytes());
     }
 

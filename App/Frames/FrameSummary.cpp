@@ -78,7 +78,7 @@ void CFrameSummary::CountTime(const KX_TIME& time)
 
 std::string CFrameSummary::FramesText() const
 {
-    std::string text = fmt::format("{} sound", m_nFrames);
+    std::string text = fmt::format("{} good", m_nFrames);
     if (m_nFrames > 0)
         text += ": " + CountsText(m_framesByType, &FrameTypeName);
     if (!m_videoBySubType.empty())
@@ -128,23 +128,27 @@ std::string CFrameSummary::TimeSpanText() const
                        TimeText(*m_latest), nSpan / 1000, nSpan % 1000);
 }
 
-std::string CFrameSummary::Text(int32_t nStreamType, uint64_t nBytes, uint64_t nUnfinished) const
+std::string CFrameSummary::Text(int32_t nStreamType, uint64_t nBytes, std::optional<uint64_t> unfinished) const
 {
+    const uint64_t nUnfinished = unfinished.value_or(0);
     // Lost frames can be announced with a length that the stream never had.
     const uint64_t nOutside = nBytes > m_nFrameBytes + nUnfinished ? nBytes - m_nFrameBytes - nUnfinished : 0;
-    const std::string end = nUnfinished == 0
-                                ? std::string()
-                                : fmt::format("end     {} bytes from offset {} on wait for the rest of a frame\n",
-                                              nUnfinished, nBytes - nUnfinished);
+    std::string end;
+    if (!unfinished)
+        end = "end     stopped at the limit of lines: the totals are of what was read so far\n";
+    else if (nUnfinished > 0)
+        end = fmt::format("end     {} bytes from offset {} on wait for the rest of a frame\n", nUnfinished,
+                          nBytes - nUnfinished);
     return fmt::format("stream  {} ({})\n"
                        "frames  {}\n"
                        "damage  {}\n"
                        "{}{}"
-                       "bytes   {} read, {} in frames, {} in no frame\n"
+                       "bytes   {} read, {} in frames, {} {}\n"
                        "{}"
                        "time    {}\n",
-                       StreamTypeName(nStreamType), nStreamType, FramesText(), DamageText(nOutside), LossText(),
-                       CipherText(), nBytes, m_nFrameBytes, nOutside, end, TimeSpanText());
+                       StreamTypeName(nStreamType), nStreamType, FramesText(), DamageText(unfinished ? nOutside : 0),
+                       LossText(), CipherText(), nBytes, m_nFrameBytes, nOutside,
+                       unfinished ? "in no frame" : "not looked at", end, TimeSpanText());
 }
 
 } // namespace Marvane::FrameSift

@@ -16,9 +16,9 @@ class CFrameSummary
 {
 public:
     void Count(const LISTED_FRAME& listed);
-    // Some lines for a reader. nBytes: how much of the stream was read; nUnfinished: how much of it, at its end, waits for
-    // the rest of a frame.
-    std::string Text(int32_t nStreamType, uint64_t nBytes, uint64_t nUnfinished) const;
+    // Some lines for a reader. nBytes: how much of the stream was read; unfinished: how much of it, at its end, waits for
+    // the rest of a frame; none if reading stopped before the end.
+    std::string Text(int32_t nStreamType, uint64_t nBytes, std::optional<uint64_t> unfinished) const;
 
 private:
     void CountLoss(const FrameInfo& frame);
@@ -42,7 +42,7 @@ private:
     uint64_t m_nBackwards = 0; // places where the numbers run backwards, so that they tell no count
     uint64_t m_nDeciphered = 0;
     std::map<int32_t, uint64_t> m_encipheredByType;
-    std::optional<KX_TIME> m_earliest; // of the sound frames
+    std::optional<KX_TIME> m_earliest; // of the good frames
     std::optional<KX_TIME> m_latest;
 };
 

@@ -1,12 +1,11 @@
 #include "Frames/FramesCommand.h"
 
-#include <fmt/format.h>
 #include <unistd.h>
 
 #include <cstdint>
-#include <cstdio>
 #include <limits>
 
+#include "Io/ErrorOutput.h"
 #include "Keys/KeyOption.h"
 
 namespace Marvane::FrameSift {
@@ -84,7 +83,9 @@ void CFramesCommand::DeclareFilter()
     m_pVerb->add_flag("--keys-only", m_options.filter.bKeysOnly, "Only frames that a decoder can start from");
     m_pVerb->add_flag("--errors-only", m_options.filter.bErrorsOnly,
                       "Only damaged frames, and places where video frames were lost");
-    m_pVerb->add_option("--limit", m_options.nLimit, "Stop after so many lines")
+    m_pVerb
+        ->add_option("--limit", m_options.nLimit,
+                     "Stop after so many lines; the summary is then of what was read so far")
         ->check(CLI::Range(int64_t{1}, std::numeric_limits<int64_t>::max()));
 }
 
@@ -108,10 +109,9 @@ EXIT_CODE CFramesCommand::Run()
         KX_CreatePrintLog(m_logDirectory.c_str(), static_cast<int32_t>(m_logDirectory.size()), nullptr, m_nLogLevel,
                           nullptr);
     try {
-        const std::string summary = ListFrames(m_options);
-        std::fputs(summary.c_str(), stderr);
+        WriteError(ListFrames(m_options));
     } catch (const CClosedPipe& closed) {
-        fmt::print(stderr, "framesift: {}; stopped\n", closed.what());
+        WriteErrorLine(std::string(closed.what()) + "; stopped");
     }
     return EXIT_CODE::Done;
 }

@@ -4,8 +4,9 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <string>
+
+#include "Io/ErrorOutput.h"
 
 namespace Marvane::FrameSift {
 
@@ -23,7 +24,7 @@ CProgressBar::CProgressBar(uint64_t nTotal, bool bListingOnTerminal)
 CProgressBar::~CProgressBar()
 {
     if (m_bShown)
-        std::fputs("\r\033[K", stderr);
+        WriteError("\r\033[K");
 }
 
 void CProgressBar::Update(uint64_t nDone)
@@ -35,8 +36,8 @@ void CProgressBar::Update(uint64_t nDone)
         return;
     m_nPercent = nPercent;
     const auto nFilled = static_cast<size_t>(nPercent * sc_width / 100);
-    fmt::print(stderr, "\r[{}{}] {:3} %", std::string(nFilled, '#'), std::string(sc_width - nFilled, ' '), nPercent);
-    std::fflush(stderr);
+    WriteError(
+        fmt::format("\r[{}{}] {:3} %", std::string(nFilled, '#'), std::string(sc_width - nFilled, ' '), nPercent));
 }
 
 } // namespace Marvane::FrameSift

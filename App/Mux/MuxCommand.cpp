@@ -2,9 +2,8 @@
 
 #include <fmt/format.h>
 
-#include <cstdio>
-
 #include "FrameWriter/ExtHeads.h"
+#include "Io/ErrorOutput.h"
 #include "Keys/KeyOption.h"
 #include "Mux/Muxer.h"
 
@@ -32,16 +31,21 @@ constexpr const char* sc_example =
 constexpr uint32_t sc_maxChannels = 255;       // one byte on the wire
 constexpr uint32_t sc_maxAudioFrame = 1 << 20; // more than 3 s of the highest rate
 
+constexpr const char* sc_rates = "above 0 up to 255, as 25 or 30000/1001";
+constexpr const char* sc_sizes = "WxH, as 1920x1080";
+constexpr const char* sc_times = "a moment of 2000 to 2063, as 2026-01-31T10:00:00";
+
 // An option whose text a function turns into a value; what it refuses is wrong usage.
 template <class PARSE, class STORE>
-CLI::Option* AddParsed(CLI::App& verb, const char* pName, const std::string& help, PARSE parse, STORE store)
+CLI::Option* AddParsed(CLI::App& verb, const char* pName, const std::string& help, const std::string& allowed,
+                       PARSE parse, STORE store)
 {
     return verb.add_option_function<std::string>(
         pName,
         [=](const std::string& text) {
             const auto value = parse(text);
             if (!value)
-                throw CLI::ValidationError(pName, "cannot take \"" + text + "\"; it is: " + help);
+                throw CLI::ValidationError(pName, "cannot take \"" + text + "\"; allowed: " + allowed);
             store(*value);
         },
         help);
@@ -53,11 +57,11 @@ void ReportTrack(const char* pWhat, const CTrack* pTrack)
         return;
     const std::string& name = pTrack->Source().File().Name();
     if (pTrack->Source().SkippedBytes() > 0)
-        fmt::print(stderr, "framesift: {}: {} bytes belong to no {} unit and were left out\n", name,
-                   pTrack->Source().SkippedBytes(), pWhat);
+        WriteErrorLine(fmt::format("{}: {} bytes belong to no {} unit and were left out", name,
+                                   pTrack->Source().SkippedBytes(), pWhat));
     if (pTrack->LeftOut() > 0)
-        fmt::print(stderr, "framesift: {}: {} units in front of the first picture size were left out\n", name,
-                   pTrack->LeftOut());
+        WriteErrorLine(
+            fmt::format("{}: {} units in front of the first picture size were left out", name, pTrack->LeftOut()));
 }
 
 } // namespace
@@ -75,16 +79,16 @@ void CMuxCommand::DeclareVideo()
 {
     auto* pVideo = m_pVerb->add_option("--video", m_options.videoPath, "Video stream; - is standard input");
     auto* pCodec = AddParsed(
-        *m_pVerb, "--video-codec", "One of " + VideoCodecNames(),
+        *m_pVerb, "--video-codec", "One of " + VideoCodecNames(), VideoCodecNames(),
         [](const std::string& text) -> std::optional<const VIDEO_CODEC_ROW*> {
             const auto* pRow = FindVideoCodec(text);
             return pRow == nullptr ? std::nullopt : std::optional(pRow);
         },
         [this](const VIDEO_CODEC_ROW* pRow) { m_options.pVideoCodec = pRow; });
-    auto* pRate = AddParsed(*m_pVerb, "--fps", "Pictures in a second, as 25 or 30000/1001 (default 25)",
+    auto* pRate = AddParsed(*m_pVerb, "--fps", "Pictures in a second, as 25 or 30000/1001 (default 25)", sc_rates,
                             &ParseFrameRate, [this](FRAME_RATE rate) { m_options.rate = rate; });
-    auto* pSize = AddParsed(*m_pVerb, "--size", "Picture size WxH instead of that in the stream", &ParsePictureSize,
-                            [this](PICTURE_SIZE size) { m_options.size = size; });
+    auto* pSize = AddParsed(*m_pVerb, "--size", "Picture size WxH instead of that in the stream", sc_sizes,
+                            &ParsePictureSize, [this](PICTURE_SIZE size) { m_options.size = size; });
     pVideo->needs(pCodec);
     for (auto* pOption : {pCodec, pRate, pSize})
         pOption->needs(pVideo);
@@ -95,7 +99,7 @@ void CMuxCommand::DeclareAudio()
     RAW_AUDIO& raw = m_options.rawAudio;
     auto* pAudio = m_pVerb->add_option("--audio", m_options.audioPath, "Audio stream; - is standard input");
     auto* pCodec = AddParsed(
-        *m_pVerb, "--audio-codec", "One of " + AudioCodecNames(),
+        *m_pVerb, "--audio-codec", "One of " + AudioCodecNames(), AudioCodecNames(),
         [](const std::string& text) -> std::optional<const AUDIO_CODEC_ROW*> {
             const auto* pRow = FindAudioCodec(text);
             return pRow == nullptr ? std::nullopt : std::optional(pRow);
@@ -125,13 +129,13 @@ void CMuxCommand::DeclareRecording()
 {
     AddParsed(*m_pVerb, "--start",
               "Time of the first frame on the recorder's clock (default 2026-01-31T10:00:00; years 2000 to 2063)",
-              &ParseClock, [this](CLOCK_MS nStart) { m_options.nStart = nStart; });
+              sc_times, &ParseClock, [this](CLOCK_MS nStart) { m_options.nStart = nStart; });
     const std::map<std::string, ZOAV_FAMILY> families = {{"zoav", ZOAV_FAMILY::ZOAV},
                                                          {"myav", ZOAV_FAMILY::MYAV},
                                                          {"lxav", ZOAV_FAMILY::LXAV},
                                                          {"wmav", ZOAV_FAMILY::WMAV}};
     AddParsed(
-        *m_pVerb, "--family", "One of zoav, myav, lxav, wmav (default zoav)",
+        *m_pVerb, "--family", "One of zoav, myav, lxav, wmav (default zoav)", "zoav, myav, lxav, wmav",
         [families](const std::string& text) {
             const auto found = families.find(text);
             return found == families.end() ? std::nullopt : std::optional(found->second);
@@ -148,6 +152,7 @@ void CMuxCommand::DeclareSeal()
         *m_pVerb, "--cipher-head",
         "With --key: 89 to encipher whole payloads, 95 for their first " + std::to_string(gsk_maxPart) +
             " bytes at most (default 89)",
+        "89, 95",
         [](const std::string& text) {
             const auto head = text == "95" ? CIPHER_HEAD::Part : CIPHER_HEAD::Whole;
             return text == "89" || text == "95" ? std::optional(head) : std::nullopt;
@@ -158,6 +163,7 @@ void CMuxCommand::DeclareSeal()
         {"sum32", CHECKSUM::Sum32}, {"xor32", CHECKSUM::Xor32}, {"crc32", CHECKSUM::Crc32}};
     AddParsed(
         *m_pVerb, "--checksum", "Add a sum of each payload, as it is written: sum32, xor32 or crc32",
+        "sum32, xor32, crc32",
         [checksums](const std::string& text) {
             const auto found = checksums.find(text);
             return found == checksums.end() ? std::nullopt : std::optional(found->second);
@@ -182,8 +188,8 @@ EXIT_CODE CMuxCommand::Run()
     ReportTrack("audio", muxer.Audio());
     const auto units = [](const CTrack* pTrack) { return pTrack == nullptr ? 0U : pTrack->Units(); };
     const uint32_t nKeys = muxer.Video() == nullptr ? 0U : muxer.Video()->KeyUnits();
-    fmt::print(stderr, "{}: {} video frames ({} key), {} audio frames, {} bytes\n", muxer.Output().Name(),
-               units(muxer.Video()), nKeys, units(muxer.Audio()), muxer.Output().WrittenBytes());
+    WriteError(fmt::format("{}: {} video frames ({} key), {} audio frames, {} bytes\n", muxer.Output().Name(),
+                           units(muxer.Video()), nKeys, units(muxer.Audio()), muxer.Output().WrittenBytes()));
     return EXIT_CODE::Done;
 }
 

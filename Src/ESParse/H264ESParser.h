@@ -33,7 +33,8 @@ struct h264Slice
     uint32_t picture_structure = 0; // PICTURE_STRUCTURE
 };
 
-// One object for one stream; a new object is the reset. The cost of a unit does not grow with its size.
+// One object for one stream; a new object is the reset. ParseSPS and ParseSlice look at 256 bytes of a unit at most; the
+// three questions that are asked of a single frame read it in place, to the end of the buffer if need be.
 class CH264ESParser : public CESParser
 {
 public:

@@ -28,7 +28,7 @@ int CH264ESParser::ParseSliceAt(std::span<const uint8_t> bytes, size_t nHeader, 
     }
     // A start code of three bytes at the very front: nothing may be read before it, so a zero stands in. Its value is
     // of no account, but its place is: what is read of the unit counts from there.
-    std::array<uint8_t, 256> nal{};
+    std::array<uint8_t, gsk_h264NalHeadLen> nal{};
     const size_t nCopied = std::min(bytes.size(), nal.size() - 1);
     std::copy_n(bytes.begin(), nCopied, nal.begin() + 1);
     return ParseSlice(nal.data(), static_cast<uint32_t>(nCopied + 1), slice);

@@ -61,8 +61,8 @@ void CH264NalHead::Unescape()
             bStartCodeFound = true;
             Erase(0, nPos + nHeadLen);
         }
-        const bool bInside = nPos + 2 < m_nSize; // no longer sure: the unit may have got shorter
-        if (bInside && m_bytes[nPos] == 0 && m_bytes[nPos + 1] == 0 && m_bytes[nPos + 2] == 3)
+        // Inside the copy even if the unit has just got shorter; then it is the start code's end that stands there still.
+        if (m_bytes[nPos] == 0 && m_bytes[nPos + 1] == 0 && m_bytes[nPos + 2] == 3)
             Erase(nPos + 2, nPos + 3);
     }
 }
@@ -78,9 +78,8 @@ void CH264NalHead::Erase(uint32_t nFirst, uint32_t nEnd)
 // for a short parameter set at the end of a buffer, whose last byte is cut off: left-over bytes follow it, not ones.
 CBitsStream CH264NalHead::Bits() const
 {
-    constexpr uint32_t nWordLen = 4;
     CBitsStream bits;
-    bits.Init(m_bytes.data(), std::max(m_nSize, m_nSize <= nWordLen ? nWordLen : 2 * nWordLen));
+    bits.Init(m_bytes.data(), m_nSize, gsk_h264NalHeadLen);
     return bits;
 }
 

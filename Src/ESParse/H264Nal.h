@@ -41,6 +41,8 @@ inline constexpr bool IsH264SvcUnit(uint8_t nHeader)
 // By the forbidden bit, and by what nal_ref_idc has to be for the type.
 bool IsLegalH264Nal(uint8_t nHeader);
 
+inline constexpr uint32_t gsk_h264NalHeadLen = 256;
+
 // The head of one NAL unit: at most its first 256 bytes, copied, without start code, header byte and emulation
 // prevention. Parameter sets and slice heads are far shorter; a parser that looked at whole units would read every
 // payload twice.
@@ -60,7 +62,7 @@ private:
     void Unescape();
     void Erase(uint32_t nFirst, uint32_t nEnd);
 
-    std::array<uint8_t, 256> m_bytes{};
+    std::array<uint8_t, gsk_h264NalHeadLen> m_bytes{};
     uint32_t m_nSize = 0;
 };
 

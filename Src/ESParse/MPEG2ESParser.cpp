@@ -13,7 +13,7 @@ constexpr bool IsSlice(uint32_t nCode)
     return nCode >= MPEG2_FIRST_SLICE && nCode <= MPEG2_LAST_SLICE;
 }
 
-// Shows take every byte's 32 bits until it answers a result; sc_noSlice at the end. take moves on by 8 bits or more and
+// Shows take the 32 bits at each byte that no head has consumed, until it answers a result; sc_noSlice at the end. take moves on by 8 bits or more and
 // leaves what it does not know to the scan, which steps over it byte by byte.
 template <class Take>
 int ScanCodes(const uint8_t* pESBuffer, uint32_t nESBufferLen, Take take)

@@ -96,10 +96,10 @@ int CStreamAnalyzer::SetParamEx(unsigned int type, const void* param, int size)
     KX_DECRYPT_PARAM key;
     std::memcpy(&key, param, sizeof key);
     // Unlike SetExtInfo, a refusal leaves the kind of the key that waits.
-    if (type < KX_PARAM_DECRYPT_AES || type > KX_PARAM_DECRYPT_GM_SM4_OFB || !HasKey(key))
-        return KX_ERROR_PARAMETER;
     if (type == KX_PARAM_DECRYPT_AES)
         return WaitWithKey(key);
+    if (type < KX_PARAM_DECRYPT_AES256 || type > KX_PARAM_DECRYPT_GM_SM4_OFB || !HasKey(key))
+        return KX_ERROR_PARAMETER;
     if (type == KX_PARAM_DECRYPT_AES256)
         return WaitWithKeyRecord(key);
     m_nEncryptType = sc_ringKinds[type - KX_PARAM_DECRYPT_AES256_GDPR2];
@@ -115,8 +115,11 @@ int CStreamAnalyzer::KeyTaken()
     return KX_SUCCESS;
 }
 
+// An empty key is taken as any other, and deciphers nothing.
 int CStreamAnalyzer::WaitWithKey(const KX_DECRYPT_PARAM& param)
 {
+    if (param.nKeyLen < 0 || (param.pKey == nullptr && param.nKeyLen > 0))
+        return KX_ERROR_PARAMETER;
     const auto nKeyLen = static_cast<uint32_t>(param.nKeyLen);
     if (m_DecryptKey.Init(nKeyLen) != KX_SUCCESS)
         return KX_ERROR_SYSTEM_OUT_OF_MEMORY;

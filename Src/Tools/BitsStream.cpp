@@ -1,5 +1,7 @@
 #include "Tools/BitsStream.h"
 
+#include <algorithm>
+
 #include "Tools/BufferRead.h"
 
 namespace Marvane::FrameSift {
@@ -13,14 +15,15 @@ constexpr uint32_t sc_ones = UINT32_MAX;
 
 } // namespace
 
-void CBitsStream::Init(const uint8_t* stream, uint32_t length)
+void CBitsStream::Init(const uint8_t* stream, uint32_t length, uint32_t readable)
 {
     m_pStreamStart = stream;
-    m_nLength = stream != nullptr ? length : 0;
     m_nTail = 0;
     m_nCurPos = 0;
+    m_nLength = stream != nullptr ? readable : 0;
     m_nFirstInt = WordAt(0);
     m_nSecondInt = WordAt(sc_wordLen);
+    m_nLength = std::min(m_nLength, length);
 }
 
 // Bytes past the end read as 0xFF.

@@ -11,7 +11,10 @@ namespace Marvane::FrameSift {
 class CBitsStream
 {
 public:
-    void Init(const uint8_t* stream, uint32_t length);
+    // readable: bytes from stream on that may be looked at, length or more. The two words that reading starts with are
+    // filled from them, though the stream ends in these words; all that is read later ends with length.
+    void Init(const uint8_t* stream, uint32_t length, uint32_t readable);
+    void Init(const uint8_t* stream, uint32_t length) { Init(stream, length, length); }
 
     // The next 1 to 32 bits without moving. All shift counts are taken modulo 32, which gives the lengths and positions
     // outside that range a value too: ShowBits(0) at position 0 is the whole word.

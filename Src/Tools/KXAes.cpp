@@ -18,7 +18,8 @@ bool CKXAes::SetKey(const uint8_t* key, uint32_t keyLen)
     const bool bOdd = keyLen % 2 != 0 && keyLen != 1;
     if (key == nullptr || keyLen == 0 || keyLen > sc_longestKeyAsked || bOdd)
         return false;
-    // Before the length is known to be good: a caller that sends a wrong key must not go on under the old one.
+    // Before the length is known to be good, and only for lengths that get here. Kept: which keys a stream still has
+    // after a wrong one shows in its frames.
     aes_free_ctx(m_ctx);
     return aes_keyexpansion({key, keyLen}, m_ctx);
 }
@@ -40,7 +41,11 @@ bool CKXAes::Run(AES_FORM::BLOCKS AES_FORM::*pfnBlocks, const uint8_t* src, uint
     const uint32_t nBlocks = srcLen / gsk_aesBlockSize;
     if (src == nullptr || dst == nullptr || dstLen < nBlocks * gsk_aesBlockSize)
         return false;
-    if (nBlocks != 0 && !HaveKey())
+    if (nBlocks == 0) {
+        dstLen = 0;
+        return true;
+    }
+    if (!HaveKey())
         return false;
     const AES_FORM* pForm = AesByInstructions();
     ((pForm != nullptr ? *pForm : g_aesByTable).*pfnBlocks)(m_ctx, src, dst, nBlocks);

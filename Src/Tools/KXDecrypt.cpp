@@ -4,7 +4,7 @@
 #include <optional>
 #include <span>
 
-#include "Tools/KXDecryptWipe.h"
+#include "Tools/KXDecryptBytes.h"
 #include "Tools/KXLog.h"
 
 namespace Marvane::FrameSift {

@@ -48,7 +48,7 @@ public:
     bool GMDecryptByVKEK(const FrameInfo& frameInfo, const uint8_t* src, uint32_t srcLen, uint8_t* dst,
                          uint32_t& dstLen);
 
-    // Whether a frame is enciphered with a 128-bit key of its own. No operation sets one: false.
+    // Whether there is a 128-bit key for frames of this kind; of video, I and JPEG frames. No operation sets one: false.
     bool IsAes128Key(const FrameInfo& frameInfo) const;
     bool Decrypt128(const FrameInfo& frameInfo, const uint8_t* src, uint32_t srcLen, uint8_t* dst, uint32_t& dstLen);
 

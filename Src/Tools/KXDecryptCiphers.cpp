@@ -60,8 +60,8 @@ uint16_t CKXDecrypt::getCRC(uint32_t, const uint8_t*, const uint8_t*)
     return 0;
 }
 
-// Keys of other kinds, and the signatures that a signed stream carries. A frame cannot be found good; what only
-// collects bytes for that says yes, so that a caller goes on.
+// Keys of other kinds, and the signatures that a signed stream carries: not part of this class. The answers are fixed,
+// and callers know them: no to the question whether a frame is good, yes to what only prepares it.
 bool CKXDecrypt::SetKey(uint32_t, const uint8_t*, uint32_t)
 {
     return false;

@@ -3,7 +3,7 @@
 #include <cstring>
 
 #include "Tools/KXDecrypt.h"
-#include "Tools/KXDecryptWipe.h"
+#include "Tools/KXDecryptBytes.h"
 #include "Tools/KXLog.h"
 
 namespace Marvane::FrameSift {

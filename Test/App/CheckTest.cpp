@@ -1,9 +1,5 @@
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <fstream>
 #include <nlohmann/json.hpp>
-#include <random>
 
 #include "App/CommandRun.h"
 #include "Check/FileCheck.h"
@@ -12,6 +8,7 @@
 #include "Support/RandomStream.h"
 #include "Support/Sift.h"
 #include "Support/TempDirectory.h"
+#include "Support/Testing.h"
 
 namespace Marvane::FrameSift {
 
@@ -113,8 +110,8 @@ TEST_F(Check, NoDamageHidesAWholeFrameAndAllBytesAreAccountedFor)
             const std::string text = ReportText(report);
             first = first.empty() ? text : first;
             EXPECT_EQ(text, first) << nChunk;
-            EXPECT_GE(report.SoundFrames(), stream.nWhole) << text;
-            uint64_t nListed = report.nSoundBytes;
+            EXPECT_GE(report.GoodFrames(), stream.nWhole) << text;
+            uint64_t nListed = report.nGoodBytes;
             for (const FINDING& finding : report.findings.Listed())
                 nListed += finding.nBytes;
             EXPECT_EQ(nListed, stream.bytes.size()) << text; // the findings say where, and overlap nowhere
@@ -132,7 +129,7 @@ TEST_F(Check, TellsWhatHappenedToARecording)
     const CHECK_REPORT clean = Of(stream);
     EXPECT_EQ(clean.eCode, EXIT_CODE::Done);
     EXPECT_TRUE(clean.findings.Listed().empty());
-    EXPECT_EQ(clean.nSoundBytes, stream.size());
+    EXPECT_EQ(clean.nGoodBytes, stream.size());
 
     const CHECK_REPORT cut = Of(Bytes(stream.begin(), stream.end() - 30));
     EXPECT_EQ(cut.eCode, EXIT_CODE::Damage);
@@ -160,13 +157,13 @@ TEST_F(Check, TellsWhatHappenedToARecording)
     Bytes shortened = stream;
     shortened.erase(shortened.begin() + at(46) + 40, shortened.begin() + at(48) + 70);
     const CHECK_REPORT nearEnd = Of(shortened);
-    EXPECT_EQ(nearEnd.SoundFrames(), 47U);
+    EXPECT_EQ(nearEnd.GoodFrames(), 47U);
     EXPECT_EQ(nearEnd.nUnfinishedBytes, 0U);
     EXPECT_EQ(Sole(nearEnd, FINDING_KIND::Stretch).after->nSeq, 50U);
 
     const CHECK_REPORT beheaded = Of(Bytes(stream.begin() + 50, stream.end()));
     EXPECT_EQ(Sole(beheaded, FINDING_KIND::Stretch).nOffset, 0);
-    EXPECT_EQ(beheaded.SoundFrames(), 49U);
+    EXPECT_EQ(beheaded.GoodFrames(), 49U);
 }
 
 TEST_F(Check, AFrameTooShortForTheParserEndsARecording)
@@ -187,9 +184,9 @@ TEST_F(Check, ManyWaitingHeadsAreWorkForOnePass)
     stream = std::move(stream) + head;
     const CHECK_REPORT report = Of(stream);
     EXPECT_EQ(report.nUnfinishedBytes, sc_headSize);
-    EXPECT_EQ(report.nOutsideBytes, (report.SoundFrames() - 5) * sc_headSize);
-    EXPECT_EQ(report.findings.Listed().size(), 1000U + 1 + 1); // stretches, one gap in the numbers, the end
-    EXPECT_EQ(report.findings.Count(FINDING_KIND::Stretch), report.SoundFrames() - 5);
+    EXPECT_EQ(report.nOutsideBytes, (report.GoodFrames() - 5) * sc_headSize);
+    EXPECT_EQ(report.findings.Listed().size(), 1000U + 1000 + 1 + 1); // stretches, repeated numbers, one gap, the end
+    EXPECT_EQ(report.findings.Count(FINDING_KIND::Stretch), report.GoodFrames() - 5);
 }
 
 TEST_F(Check, NumbersAndClock)
@@ -202,11 +199,11 @@ TEST_F(Check, NumbersAndClock)
     };
     const CHECK_REPORT lost = Of(recording({{5, 0}, {6, 40}, {6, 40}, {10, 200}}));
     EXPECT_EQ(lost.eCode, EXIT_CODE::Damage);
-    EXPECT_EQ(lost.nLostFrames, 3U);
+    EXPECT_EQ(lost.LostFrames(), 3U);
     EXPECT_NE(ReportText(lost).find("numbers 7 to 9, between 2030-03-17T17:46:40.040 and 2030-03-17T17:46:40.200"),
               std::string::npos)
         << ReportText(lost);
-    EXPECT_EQ(Of(recording({{UINT32_MAX, 0}, {0, 40}, {2, 80}})).nLostFrames, 1U); // the numbers wrap
+    EXPECT_EQ(Of(recording({{UINT32_MAX, 0}, {0, 40}, {2, 80}})).LostFrames(), 1U); // the numbers wrap
 
     const CHECK_REPORT restart = Of(recording({{50, 0}, {1, 40}, {2, 80}}));
     EXPECT_EQ(restart.eCode, EXIT_CODE::Done);
@@ -226,20 +223,18 @@ TEST_F(Check, FramesThatAreThereButDamagedOrEnciphered)
     const Bytes zeros(64, 0);
     const Bytes summed = Video(2, 0).ExtHead(ExtHead88(0, 0)).Payload(zeros);
     const Bytes flipped = Video(3, 0).ExtHead(ExtHead88(0, 0)).Payload(zeros).DamagedPayload(9);
-    Bytes mark = {'T', 'E', 'X', 'T', 1, 2, 3, 4, 4, 0, 0, 0, 'm', 'a', 'r', 'k'}; // the sum is none of it
+    const Bytes mark = {'T', 'E', 'X', 'T', 1, 2, 3, 4, 4, 0, 0, 0, 'm', 'a', 'r', 'k'}; // the sum is none of it
     const Bytes watermark = Video(4, 0).Type(ZOAV_FRAME::P, 6).Payload(mark);
     const Bytes enciphered = Video(5, 0).ExtHead(ExtHead89(0)).Payload(zeros);
     const Bytes block = Bytes{'Z', 'O', 'I', 'I', 20, 0, 0, 0} + Filler(12);
     const CHECK_REPORT report = Of(block + block + Camera(4, 1)[0] + summed + flipped + watermark + enciphered);
     EXPECT_EQ(report.eCode, EXIT_CODE::Damage);
-    EXPECT_EQ(report.SoundFrames(), 3U);
-    EXPECT_EQ(report.nSummed, 1U);
-    EXPECT_EQ(report.nEnciphered, 1U);
-    EXPECT_EQ(report.nDamagedBytes, flipped.size() + watermark.size());
+    // A damaged frame is there: none is lost.
+    const std::vector<uint64_t> told = {report.GoodFrames(),  report.nSummed,      report.nEnciphered,
+                                        report.nDamagedBytes, report.LostFrames(), report.nBlockBytes};
+    EXPECT_EQ(told, (std::vector<uint64_t>{3, 1, 1, flipped.size() + watermark.size(), 0, 40}));
     EXPECT_EQ(report.damagedByFlag,
               (std::map<int32_t, uint64_t>{{KX_ERROR_FLAGS_DATA_VERIFY, 1}, {KX_ERROR_FLAGS_WATERMARK, 1}}));
-    EXPECT_EQ(report.nLostFrames, 0U); // a damaged frame is there
-    EXPECT_EQ(report.nBlockBytes, 40U);
     const CHECK_REPORT withKey = Of(enciphered + block, {.key = Bytes(16, 1), .clock = {}});
     EXPECT_EQ(withKey.nEnciphered, 0U);
     EXPECT_EQ(withKey.eCode, EXIT_CODE::Done); // blocks are no damage
@@ -267,34 +262,35 @@ TEST_F(Check, SeveralFilesAndTheWorstOfThemAsText)
 
 TEST_F(Check, JsonHoldsFindingsAndErrorsAlike)
 {
+    using nlohmann::json;
     Bytes stream = Joined(Camera(6, 5)) + Video(9, 1000).Payload(Filler(50)).Build() + Filler(10);
     const std::string path = Write("x", stream);
     const std::string abc = Write("abc", {'a', 'b', 'c'});
     const CommandResult result = RunFramesift("check --json --max-findings 0 " + path + " none " + abc);
     EXPECT_EQ(result.nExitCode, 4);
-    const auto limited = nlohmann::json::parse(result.output);
+    const auto limited = json::parse(result.output);
     EXPECT_EQ(limited["schema_version"], 1);
     EXPECT_EQ(limited["exit_code"], 4);
-    ASSERT_EQ(limited["files"].size(), 3U);
-    EXPECT_TRUE(limited["files"][0]["findings"].empty());
-    EXPECT_EQ(limited["files"][0]["totals"]["frames"]["lost"], 3);
-    EXPECT_EQ(limited["files"][0]["totals"]["findings_left_out"]["stretch"], 1);
-    EXPECT_EQ(limited["files"][1]["verdict"], "unreadable");
-    EXPECT_NE(limited["files"][1]["error"].get<std::string>().find("No such file"), std::string::npos);
-    EXPECT_EQ(limited["files"][2]["verdict"], "not-recognised");
-    EXPECT_EQ(limited["files"][2]["sha256"], // of FIPS 180-2
+    const json& files = limited["files"];
+    ASSERT_EQ(files.size(), 3U);
+    EXPECT_TRUE(files[0]["findings"].empty());
+    EXPECT_EQ(files[0]["totals"]["frames"]["lost"], 3);
+    EXPECT_EQ(files[0]["totals"]["findings_left_out"]["stretch"], 1);
+    EXPECT_EQ(files[1]["verdict"], "unreadable");
+    EXPECT_NE(files[1]["error"].get<std::string>().find("No such file"), std::string::npos);
+    EXPECT_EQ(files[2]["verdict"], "not-recognised");
+    EXPECT_EQ(files[2]["sha256"], // of FIPS 180-2
               "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad");
 
-    const auto full = nlohmann::json::parse(RunFramesift("check --json - < " + path).output)["files"][0];
+    const auto full = json::parse(RunFramesift("check --json - < " + path).output)["files"][0];
     EXPECT_EQ(full["verdict"], "damaged");
     ASSERT_EQ(full["findings"].size(), 2U);
-    EXPECT_EQ(full["findings"][0]["finding"], "lost-frames");
-    EXPECT_EQ(full["findings"][0]["first_lost"], 6);
-    EXPECT_EQ(full["findings"][0]["last_lost"], 8);
-    EXPECT_EQ(full["findings"][1]["finding"], "stretch");
-    EXPECT_EQ(full["findings"][1]["offset"], stream.size() - 10);
-    EXPECT_EQ(full["findings"][1]["bytes"], 10);
-    EXPECT_TRUE(full["findings"][1]["after"].is_null());
+    const json lost = {{"finding", "lost-frames"}, {"first_lost", 6}, {"last_lost", 8}};
+    const json stretch = {{"finding", "stretch"}, {"offset", stream.size() - 10}, {"bytes", 10}, {"after", nullptr}};
+    for (const auto& [nFinding, expected] : Rows<size_t, json>{{0, lost}, {1, stretch}}) {
+        for (const auto& [name, value] : expected.items())
+            EXPECT_EQ(full["findings"][nFinding].at(name), value) << name;
+    }
 }
 
 } // namespace Marvane::FrameSift

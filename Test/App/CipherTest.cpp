@@ -1,9 +1,7 @@
-#include <gtest/gtest.h>
-
 #include "App/CommandRun.h"
-#include "App/SampleUnits.h"
-#include "FrameWriter/ZOAVFrameWriter.h"
 #include "Frames/FrameState.h"
+#include "Support/Samples.h"
+#include "Support/Sift.h"
 #include "Support/TempDirectory.h"
 
 namespace Marvane::FrameSift {
@@ -25,16 +23,13 @@ std::vector<READ_FRAME> ReadFrames(const std::string& stream, const Bytes& key, 
         EXPECT_EQ(source.SetKey(key), KX_SUCCESS);
     }
     std::vector<READ_FRAME> frames;
-    for (size_t nPos = 0; nPos < stream.size(); nPos += nChunk) {
-        const std::string part = stream.substr(nPos, nChunk);
-        Bytes chunk(part.begin(), part.end()); // deciphering writes to it
+    InChunks(Bytes(stream.begin(), stream.end()), FixedChunks(nChunk), [&](Bytes& chunk) { // deciphering writes to it
         source.Feed(chunk);
-        for (LISTED_FRAME listed; source.Next(listed);) {
-            const uint8_t* pPayload = listed.frame.streamPointer;
+        for (LISTED_FRAME listed; source.Next(listed);)
             frames.push_back({listed.nPayloadOffset, listed.frame.frameType, listed.frame.errorFlags,
-                              CipherStateOf(listed.parsed), Bytes(pPayload, pPayload + listed.frame.streamLen)});
-        }
-    }
+                              CipherStateOf(listed.parsed),
+                              CopyOf(listed.frame.streamPointer, listed.frame.streamLen)});
+    });
     return frames;
 }
 
@@ -94,19 +89,16 @@ TEST(Cipher, TheListingTellsTheState)
                            SamplePath("h265/16x16.h265"))
                   .nExitCode,
               0);
-    const struct
-    {
-        std::string key, state, summary;
-    } rows[] = {{" ", "enciphered", "still enciphered: 6 aes (--key deciphers aes)\n"},
-                {key, "deciphered", "cipher  6 deciphered\n"}};
-    for (const auto& row : rows) {
-        const CommandResult text = RunFramesift("frames" + row.key + recording);
-        EXPECT_NE(text.output.find(" " + row.state + " "), std::string::npos) << text.output;
-        EXPECT_NE(text.errors.find(row.summary), std::string::npos) << text.errors;
-        const std::string json = RunFramesift("frames --json" + row.key + recording).output;
-        EXPECT_NE(json.find("\"cipher\":\"aes\",\"cipher_state\":\"" + row.state + "\""), std::string::npos) << json;
-        const std::string csv = RunFramesift("frames --csv" + row.key + recording).output;
-        EXPECT_NE(csv.find(",aes," + row.state + ","), std::string::npos) << csv;
+    for (const auto& [keyOption, state, summary] : Rows<std::string, std::string, std::string>{
+             {" ", "enciphered", "still enciphered: 6 aes (--key deciphers aes)\n"},
+             {key, "deciphered", "cipher  6 deciphered\n"}}) {
+        const CommandResult text = RunFramesift("frames" + keyOption + recording);
+        EXPECT_NE(text.output.find(" " + state + " "), std::string::npos) << text.output;
+        EXPECT_NE(text.errors.find(summary), std::string::npos) << text.errors;
+        const std::string lines = RunFramesift("frames --json" + keyOption + recording).output;
+        EXPECT_NE(lines.find("\"cipher\":\"aes\",\"cipher_state\":\"" + state + "\""), std::string::npos) << lines;
+        const std::string csv = RunFramesift("frames --csv" + keyOption + recording).output;
+        EXPECT_NE(csv.find(",aes," + state + ","), std::string::npos) << csv;
     }
 }
 

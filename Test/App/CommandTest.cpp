@@ -1,11 +1,9 @@
-#include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <fstream>
 
 #include "App/CommandRun.h"
-#include "App/SampleUnits.h"
+#include "Support/Samples.h"
 #include "Support/TempDirectory.h"
 
 namespace Marvane::FrameSift {

@@ -1,9 +1,6 @@
 #include "ESParse/ESHead.h"
 
-#include <gtest/gtest.h>
-
-#include <cstdint>
-
+#include "Support/Testing.h"
 #include "framesift/result.h"
 
 namespace Marvane::FrameSift {
@@ -12,13 +9,9 @@ TEST(ESHead, AShorterCopySetsTheLimit)
 {
     const uint8_t bytes[] = {1, 2, 3, 4};
     CESHead head;
-    EXPECT_EQ(head.SetData(bytes, 4), KX_SUCCESS); // makes its own room
-    EXPECT_EQ(head.SetData(bytes, 2), KX_SUCCESS);
-    EXPECT_EQ(head.GetLength(), 2U);
+    EXPECT_EQ((Fields{head.SetData(bytes, 4), head.SetData(bytes, 2), head.GetLength()}), (Fields{0, 0, 2}));
     EXPECT_EQ(head.SetData(bytes, 3), KX_ERROR_PARAMETER);
-    EXPECT_EQ(head.Init(8), KX_SUCCESS);
-    EXPECT_EQ(head.SetData(bytes, 3), KX_SUCCESS);
-    EXPECT_EQ(head.GetData()[2], 3);
+    EXPECT_EQ((Fields{head.Init(8), head.SetData(bytes, 3), head.GetData()[2]}), (Fields{0, 0, 3}));
 }
 
 TEST(ESHead, CopiesHaveTheirOwnBytes)
@@ -32,12 +25,9 @@ TEST(ESHead, CopiesHaveTheirOwnBytes)
     const CESHead& itself = assigned;
     assigned = itself;
     head.GetData()[0] = 9;
-    EXPECT_EQ(copy.GetData()[0], 1);
-    EXPECT_EQ(assigned.GetData()[0], 1);
-    EXPECT_EQ(assigned.GetLength(), 4U);
+    EXPECT_TRUE(copy.GetData()[0] == 1 && assigned.GetData()[0] == 1 && assigned.GetLength() == 4);
     assigned = CESHead();
-    EXPECT_EQ(assigned.GetData(), nullptr);
-    EXPECT_EQ(assigned.GetLength(), 0U);
+    EXPECT_TRUE(assigned.GetData() == nullptr && assigned.GetLength() == 0);
 }
 
 } // namespace Marvane::FrameSift

@@ -2,95 +2,67 @@
 #ifndef FRAMESIFT_TEST_ESPARSE_H264UNITS_H
 #define FRAMESIFT_TEST_ESPARSE_H264UNITS_H
 
-#include <array>
-#include <cstdint>
 #include <optional>
-#include <sstream>
-#include <string>
-#include <utility>
-#include <vector>
 
 #include "ESParse/H264ESParser.h"
 #include "Support/BitWriter.h"
+#include "Support/Testing.h"
 
 // A namespace of its own, as other codecs' tests have helpers of the same names.
 namespace Marvane::FrameSift::H264Units {
-
-inline uint32_t LengthOf(const Bytes& bytes)
-{
-    return static_cast<uint32_t>(bytes.size());
-}
 
 // A sequence parameter set; without a setting, of 352x288 progressive pictures and without a rate.
 struct SPS
 {
     uint32_t nProfile = 66;
     uint32_t nId = 0;
-    uint32_t nChroma = 1;
-    uint32_t nLumaDepth = 2;
-    uint32_t nChromaDepth = 2;
-    std::vector<std::vector<int32_t>> scalingLists{}; // the deltas; an empty one is absent
+    CBitWriter high{}; // see High
     uint32_t nLog2FrameNum = 0;
-    uint32_t nPocType = 2;
-    uint32_t nPocBound = 0; // log2_max_pic_order_cnt_lsb_minus4, or num_ref_frames_in_pic_order_cnt_cycle
+    CBitWriter poc = CBitWriter().Ue(2);
+    uint32_t nBlocksWide = 22; // of 16 pixels
+    uint32_t nBlocksHigh = 18;
     bool bFrameMbsOnly = true;
-    std::optional<std::array<uint32_t, 4>> crop{};
-    std::optional<std::pair<uint32_t, uint32_t>> timing{}; // num_units_in_tick, time_scale
-    bool bWholeVui = false;
+    std::vector<uint32_t> crop{};
+    CBitWriter vui{}; // see Vui
 
-    Bytes Nal(size_t nStartCodeLen = 4) const { return NalUnit({0x67}, Rbsp(), nStartCodeLen); }
-
-private:
-    Bytes Rbsp() const
+    Bytes Nal(size_t nStartCodeLen = 4) const
     {
         CBitWriter bits;
-        bits.Bits(8, nProfile).Bits(8, 0xC0).Bits(8, 30).Ue(nId);
-        if (nProfile != 66 && nProfile != 77 && nProfile != 88)
-            WriteHigh(bits);
-        bits.Ue(nLog2FrameNum).Ue(nPocType);
-        if (nPocType == 0)
-            bits.Ue(nPocBound);
-        if (nPocType == 1) {
-            bits.Flag(true).Se(-3).Se(5).Ue(nPocBound);
-            for (uint32_t n = 0; n < nPocBound; ++n)
-                bits.Se(static_cast<int32_t>(n) - 7);
-        }
-        bits.Ue(4).Flag(true).Ue(21).Ue(bFrameMbsOnly ? 17 : 8).Flag(bFrameMbsOnly);
-        if (!bFrameMbsOnly)
-            bits.Flag(true);
-        bits.Flag(true).Flag(crop.has_value());
-        for (const uint32_t nSide : crop.value_or(std::array<uint32_t, 4>{}))
-            crop ? bits.Ue(nSide) : bits;
-        bits.Flag(timing.has_value() || bWholeVui);
-        if (timing || bWholeVui)
-            WriteVui(bits);
-        return bits.Rbsp();
-    }
-    void WriteHigh(CBitWriter& bits) const
-    {
-        bits.Ue(nChroma);
-        if (nChroma == 3)
-            bits.Flag(true);
-        bits.Ue(nLumaDepth).Ue(nChromaDepth).Flag(true).Flag(!scalingLists.empty());
-        for (const auto& list : scalingLists) {
-            bits.Flag(!list.empty());
-            for (const int32_t nDelta : list)
-                bits.Se(nDelta);
-        }
-    }
-    void WriteVui(CBitWriter& bits) const
-    {
-        if (bWholeVui) { // a ratio of its own, overscan, signal type with colours, chroma location
-            bits.Flag(true).Bits(8, 255).Bits(32, 0x000C000B).Bits(2, 3);
-            bits.Flag(true).Bits(3, 5).Bits(2, 3).Bits(24, 0x091009).Flag(true).Ue(2).Ue(1);
-        } else {
-            bits.Bits(4, 0);
-        }
-        bits.Flag(timing.has_value());
-        if (timing)
-            bits.Bits(32, timing->first).Bits(32, timing->second).Flag(true);
+        bits.Bits(8, nProfile).Bits(16, 0xC01E).Ue(nId).Add(high).Ue(nLog2FrameNum).Add(poc).Ue(4).Flag(true);
+        bits.Ue(nBlocksWide - 1)
+            .Ue(nBlocksHigh / (bFrameMbsOnly ? 1 : 2) - 1)
+            .Flag(bFrameMbsOnly)
+            .Bits(bFrameMbsOnly ? 0 : 1, 1)
+            .Flag(true);
+        bits.Flag(!crop.empty()).Ues(crop).Optional(vui);
+        return NalUnit({0x67}, bits.Rbsp(), nStartCodeLen);
     }
 };
+
+// What the profiles above have; of a scaling list the deltas, and nothing of one that is absent.
+inline CBitWriter High(uint32_t nChroma = 1, uint32_t nLumaDepth = 2, uint32_t nChromaDepth = 2,
+                       const std::vector<std::vector<int32_t>>& scalingLists = {})
+{
+    CBitWriter bits;
+    bits.Ue(nChroma).Bits(nChroma == 3 ? 1 : 0, 1).Ue(nLumaDepth).Ue(nChromaDepth).Flag(true);
+    bits.Flag(!scalingLists.empty());
+    for (const auto& list : scalingLists)
+        bits.Flag(!list.empty()).Ses(list);
+    return bits;
+}
+
+// bWhole: a ratio of its own, overscan, signal type with colours, chroma location. Without a time scale no timing.
+inline CBitWriter Vui(uint32_t nUnitsInTick, uint32_t nTimeScale, bool bWhole = false)
+{
+    CBitWriter bits;
+    if (bWhole)
+        bits.Flag(true).Bits(8, 255).Bits(32, 0x000C000B).Bits(6, 0x3D).Bits(26, 0x3091009).Flag(true).Ue(2).Ue(1);
+    else
+        bits.Bits(4, 0);
+    if (nTimeScale == 0)
+        return bits.Flag(false);
+    return bits.Flag(true).Bits(32, nUnitsInTick).Bits(32, nTimeScale).Flag(true);
+}
 
 struct SLICE
 {
@@ -107,31 +79,17 @@ struct SLICE
     {
         CBitWriter bits;
         bits.Ue(nFirstMb).Ue(nType).Ue(nPps).Bits(nFrameNumBits, nFrameNum);
-        if (field)
-            bits.Flag(*field);
-        if (field.value_or(false))
-            bits.Flag(bBottom);
+        bits.Bits(field ? 1 : 0, field.value_or(false)).Bits(field.value_or(false) ? 1 : 0, bBottom);
         return NalUnit({nHeader}, bits.Rbsp() + Bytes(12, 0x55), nStartCodeLen);
     }
 };
 
-inline std::string Told(int64_t nWidth, int64_t nHeight, int64_t nRate, int64_t nCodedWidth, int64_t nCodedHeight)
-{
-    std::ostringstream text;
-    text << nWidth << 'x' << nHeight << '@' << nRate << " of " << nCodedWidth << 'x' << nCodedHeight;
-    return text.str();
-}
-
+// "352x288@25 of 352x288": the coded size last.
 inline std::string Told(const h264SPS& sps)
 {
-    return Told(sps.width, sps.height, static_cast<int32_t>(sps.framerate), sps.cropBeforeWidth, sps.cropBeforeHeight);
-}
-
-// The subtype in front.
-inline std::string Told(const FrameInfo& frame)
-{
-    return std::to_string(int32_t{frame.frameSubType}) + " " +
-           Told(frame.width, frame.height, frame.frameRate, frame.cropBeforeWidth, frame.cropBeforeHeight);
+    return std::to_string(sps.width) + "x" + std::to_string(sps.height) + "@" +
+           std::to_string(static_cast<int32_t>(sps.framerate)) + " of " + std::to_string(sps.cropBeforeWidth) + "x" +
+           std::to_string(sps.cropBeforeHeight);
 }
 
 } // namespace Marvane::FrameSift::H264Units

@@ -1,19 +1,7 @@
 #include "ESParse/JPEGFrameParser.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <fstream>
-#include <iterator>
-#include <memory>
-#include <string>
-
-#if __has_include(<nlohmann/json.hpp>)
-#include <nlohmann/json.hpp>
-#endif
-
-#include "FrameWriter/ZOAVFrameWriter.h"
 #include "Support/Mutations.h"
+#include "Support/Samples.h"
 
 namespace Marvane::FrameSift {
 
@@ -32,104 +20,71 @@ Bytes FrameHead(uint8_t nMarker = 0xC0, uint8_t nLength = 8, uint8_t nPrecision 
 
 const Bytes sc_start = Bytes{0xFF, 0xD8} + Segment(0xE0);
 
-// "640x480", or "none". The bytes lie in a heap block of just their size, so that a read past it is found.
+// "640x480", or "none".
 std::string SizeOf(const Bytes& bytes)
 {
-    const auto pBlock = std::make_unique<uint8_t[]>(bytes.size());
-    std::copy(bytes.begin(), bytes.end(), pBlock.get());
     JPEGInfo info{7, 9};
-    if (!CJPEGESParser::GetPicSize(pBlock.get(), static_cast<uint32_t>(bytes.size()), info))
+    if (!CJPEGESParser::GetPicSize(bytes.data(), LengthOf(bytes), info))
         return info.width == 7 && info.height == 9 ? "none" : "none, but written to";
     return std::to_string(info.width) + "x" + std::to_string(info.height);
-}
-
-Bytes Cut(Bytes bytes, size_t nLess)
-{
-    bytes.resize(bytes.size() - nLess);
-    return bytes;
-}
-
-Bytes ReadSampleFile(const std::string& file)
-{
-    std::ifstream stream(std::string(FRAMESIFT_SAMPLES) + "/" + file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
 }
 
 } // namespace
 
 TEST(JPEGFrameParser, PictureSize)
 {
-    const struct
-    {
-        const char* pName;
-        Bytes bytes;
-        const char* pSize;
-    } rows[] = {
-        {"behind one segment", sc_start + FrameHead(), "640x480"},
-        {"behind more segments", sc_start + Segment(0xDB) + Segment(0xFE) + FrameHead(0xC2), "640x480"},
-        {"right behind the start: stepped over", Bytes{0xFF, 0xD8} + FrameHead(), "none"},
-        {"right behind the start, a second one later", Bytes{0xFF, 0xD8} + FrameHead() + FrameHead(0xC1), "640x480"},
-        {"in a comment", sc_start + Bytes{0xFF, 0xFE, 0, 12} + FrameHead(), "none"},
-        {"no start", Segment(0xE0) + FrameHead(), "none"},
-        {"noise in front and fill bytes", Bytes{1, 0xFF, 0xC0, 0xD8} + sc_start + Bytes{7, 0xFF} + FrameHead(),
-         "640x480"},
-        {"behind the end of an image", sc_start + Bytes{0xFF, 0xD9} + FrameHead(0xC3), "640x480"},
-        {"no marker without its first byte", sc_start + Bytes{0xC0, 0, 8, 8, 1, 1, 1, 1, 1}, "none"},
-        {"a kind that is not known", sc_start + FrameHead(0xC9), "none"},
-        {"a segment longer than the data", sc_start + Bytes{0xFF, 0xE1, 0xFF, 0xFF} + FrameHead(), "none"},
-        {"length 4", sc_start + FrameHead(0xC0, 4), "none"},
-        {"length up to the last byte", sc_start + FrameHead(), "640x480"},
-        {"length one byte too long", sc_start + FrameHead(0xC0, 9), "none"},
-        {"length 5, but the size is there", sc_start + FrameHead(0xC0, 5), "640x480"},
-        {"length 5, data to the end of the width", Cut(sc_start + FrameHead(0xC0, 5), 1), "640x480"},
-        {"length 5, and the width cut", Cut(sc_start + FrameHead(0xC0, 5), 2), "none"},
-        {"length 5, and the data end with it", Cut(sc_start + FrameHead(0xC0, 5), 3), "none"},
-        {"precision 0", sc_start + FrameHead(0xC0, 8, 0), "none"},
-        {"precision 16", sc_start + FrameHead(0xC0, 8, 16), "640x480"},
-        {"precision 17", sc_start + FrameHead(0xC0, 8, 17), "none"},
-        {"a start without a segment", {0xFF, 0xD8, 0xFF, 0xE0}, "none"},
-        {"a start with half a length", {0xFF, 0xD8, 0xFF, 0xE0, 0}, "none"},
-        {"nothing", {}, "none"},
-    };
-    for (const auto& row : rows)
-        EXPECT_EQ(SizeOf(row.bytes), row.pSize) << row.pName;
+    for (const auto& [pName, bytes, pSize] : Rows<const char*, Bytes, const char*>{
+             {"behind one segment", sc_start + FrameHead(), "640x480"},
+             {"behind more segments", sc_start + Segment(0xDB) + Segment(0xFE) + FrameHead(0xC2), "640x480"},
+             {"right behind the start: stepped over", Bytes{0xFF, 0xD8} + FrameHead(), "none"},
+             {"right behind the start, a second one later", Bytes{0xFF, 0xD8} + FrameHead() + FrameHead(0xC1),
+              "640x480"},
+             {"in a comment", sc_start + Bytes{0xFF, 0xFE, 0, 12} + FrameHead(), "none"},
+             {"no start", Segment(0xE0) + FrameHead(), "none"},
+             {"noise in front and fill bytes", Bytes{1, 0xFF, 0xC0, 0xD8} + sc_start + Bytes{7, 0xFF} + FrameHead(),
+              "640x480"},
+             {"behind the end of an image", sc_start + Bytes{0xFF, 0xD9} + FrameHead(0xC3), "640x480"},
+             {"no marker without its first byte", sc_start + Bytes{0xC0, 0, 8, 8, 1, 1, 1, 1, 1}, "none"},
+             {"a kind that is not known", sc_start + FrameHead(0xC9), "none"},
+             {"a segment longer than the data", sc_start + Bytes{0xFF, 0xE1, 0xFF, 0xFF} + FrameHead(), "none"},
+             {"length 4", sc_start + FrameHead(0xC0, 4), "none"},
+             {"length up to the last byte", sc_start + FrameHead(), "640x480"},
+             {"length one byte too long", sc_start + FrameHead(0xC0, 9), "none"},
+             {"length 5, but the size is there", sc_start + FrameHead(0xC0, 5), "640x480"},
+             {"length 5, data to the end of the width", Part(sc_start + FrameHead(0xC0, 5), 0, 29), "640x480"},
+             {"length 5, and the width cut", Part(sc_start + FrameHead(0xC0, 5), 0, 28), "none"},
+             {"length 5, and the data end with it", Part(sc_start + FrameHead(0xC0, 5), 0, 27), "none"},
+             {"precision 0", sc_start + FrameHead(0xC0, 8, 0), "none"},
+             {"precision 16", sc_start + FrameHead(0xC0, 8, 16), "640x480"},
+             {"precision 17", sc_start + FrameHead(0xC0, 8, 17), "none"},
+             {"a start without a segment", {0xFF, 0xD8, 0xFF, 0xE0}, "none"},
+             {"a start with half a length", {0xFF, 0xD8, 0xFF, 0xE0, 0}, "none"},
+             {"nothing", {}, "none"}})
+        EXPECT_EQ(SizeOf(bytes), pSize) << pName;
     JPEGInfo info;
     EXPECT_FALSE(CJPEGESParser::GetPicSize(nullptr, 100, info));
 }
 
-TEST(JPEGFrameParser, Parse)
+TEST(JPEGFrameParser, ParseAndFullFrame)
 {
     CJPEGESParser parser;
     FrameInfo frame{};
-    const Bytes bytes = sc_start + FrameHead();
-    EXPECT_EQ(parser.Parse(bytes.data(), static_cast<uint32_t>(bytes.size()), frame), 1);
-    EXPECT_EQ(int32_t{frame.width}, 640);
-    EXPECT_EQ(int32_t{frame.height}, 480);
-    EXPECT_EQ(parser.Parse(bytes.data(), 10, frame), 1); // what the last one had does not stay
+    frame.width = 5; // what the last one had does not stay
+    EXPECT_EQ(parser.Parse(sc_start.data(), 10, frame), 1);
     EXPECT_EQ(int32_t{frame.width}, 0);
-    EXPECT_EQ(int32_t{frame.height}, 0);
     EXPECT_EQ(parser.GetFrameSubType(nullptr, 0), 0);
     EXPECT_EQ(parser.GetEncodeType(), KX_ENCODE_VIDEO_JPEG);
-}
-
-TEST(JPEGFrameParser, FullFrame)
-{
-    CJPEGESParser parser;
     const Bytes bytes = {0xFF, 0xFF, 0xD8, 0xFF};
-    EXPECT_TRUE(parser.IsFullFrame(bytes.data(), 4));
-    EXPECT_TRUE(parser.IsNextFrame(bytes.data(), 4));
-    EXPECT_FALSE(parser.IsNextFrame(bytes.data(), 3));
-    EXPECT_FALSE(parser.IsFullFrame(nullptr, 4));
+    EXPECT_TRUE(parser.IsFullFrame(bytes.data(), 4) && parser.IsNextFrame(bytes.data(), 4));
+    EXPECT_FALSE(parser.IsNextFrame(bytes.data(), 3) || parser.IsFullFrame(nullptr, 4));
 }
 
 // Once the size is found, bytes behind it change nothing.
 TEST(JPEGFrameParser, SurvivesMutations)
 {
     std::vector<Bytes> seeds = {sc_start + FrameHead(), sc_start + Segment(0xDB) + FrameHead(0xC2) + Segment(0xC4)};
-    for (const char* pFile : {"jpeg/comment_444.jpg", "jpeg/rgb_app14.jpg"}) {
-        const Bytes sample = ReadSampleFile(pFile);
-        seeds.emplace_back(sample.begin(), sample.begin() + std::min<ptrdiff_t>(220, std::ssize(sample)));
-    }
+    for (const char* pFile : {"jpeg/comment_444.jpg", "jpeg/rgb_app14.jpg"})
+        seeds.push_back(Part(ReadSample(pFile), 0, 220));
     size_t nFound = 0;
     ForEachMutation(seeds, 100000, 56, [&](std::span<uint8_t> bytes) {
         CJPEGESParser parser;
@@ -147,34 +102,24 @@ TEST(JPEGFrameParser, SurvivesMutations)
     EXPECT_GT(nFound, 10000U);
 }
 
-#if __has_include(<nlohmann/json.hpp>) // the facts are JSON
-
 TEST(JPEGFrameParser, Samples)
 {
-    const auto manifest = nlohmann::json::parse(std::ifstream(std::string(FRAMESIFT_SAMPLES) + "/manifest.json"));
-    int nStreams = 0;
-    for (const nlohmann::json& sample : manifest["streams"]) {
-        if (sample["codec"] != "jpeg")
-            continue;
+    for (const json& sample : SamplesIn("jpeg")) {
         SCOPED_TRACE(sample["file"]);
-        ++nStreams;
-        const Bytes stream = ReadSampleFile(sample["file"]);
-        const nlohmann::json& facts = sample["facts"];
+        const Bytes stream = ReadSample(sample["file"]);
+        const json& facts = sample["facts"];
         // Arithmetic coding has frame heads of its own, which are stepped over.
         const bool bKnown = facts["sof_marker"] != "SOF9";
-        CJPEGESParser parser;
-        for (const nlohmann::json& unit : sample["units"]) {
-            const uint8_t* pUnit = stream.data() + unit["offset"].get<size_t>();
+        for (const json& unit : sample["units"]) {
+            const Bytes bytes = UnitOf(stream, unit);
             FrameInfo frame{};
-            parser.Parse(pUnit, unit["length"], frame);
+            CJPEGESParser parser;
+            parser.Parse(bytes.data(), LengthOf(bytes), frame);
             EXPECT_EQ(int32_t{frame.width}, bKnown ? facts["width"].get<int32_t>() : 0);
             EXPECT_EQ(int32_t{frame.height}, bKnown ? facts["height"].get<int32_t>() : 0);
-            EXPECT_TRUE(parser.IsFullFrame(pUnit, unit["length"]));
+            EXPECT_TRUE(parser.IsFullFrame(bytes.data(), LengthOf(bytes)));
         }
     }
-    EXPECT_EQ(nStreams, 8);
 }
-
-#endif
 
 } // namespace Marvane::FrameSift

@@ -5,8 +5,7 @@
 #include <cstdlib>
 #include <new>
 
-#include "FrameWriter/ZOAVFrameWriter.h"
-#include "framesift/framesift.h"
+#include "Support/Sift.h"
 
 namespace {
 
@@ -98,17 +97,14 @@ LIFE Live(const Bytes& stream)
     Counted([&] { return (handle = KX_CreateFrameSift(0)) != nullptr ? 0 : 1; });
     Counted([&] { return KX_StreamEncryptKey(handle, KX_ENCRYPT_AES, key.data(), 16); });
     Counted([&] { return KX_StreamEncryptKey(handle, KX_ENCRYPT_AES256, key.data(), 49); });
-    constexpr size_t nChunk = 7000;
-    for (size_t nPos = 0; nPos < stream.size(); nPos += nChunk) {
-        Bytes chunk(stream.begin() + static_cast<ptrdiff_t>(nPos),
-                    stream.begin() + static_cast<ptrdiff_t>(std::min(nPos + nChunk, stream.size())));
+    InChunks(stream, FixedChunks(7000), [&](Bytes& chunk) {
         const int nResult =
             Counted([&] { return KX_ParseData(handle, chunk.data(), static_cast<int32_t>(chunk.size())); });
         life.bFailureSeen = life.bFailureSeen || nResult != KX_SUCCESS;
         KX_FRAME_INFO frame;
         while (Counted([&] { return KX_GetOneFrame(handle, &frame); }) == KX_SUCCESS)
             life.nGoodFrames += frame.errorFlags == KX_ERROR_FLAGS_NOERROR ? 1 : 0;
-    }
+    });
     KX_Destroy(handle);
     return life;
 }

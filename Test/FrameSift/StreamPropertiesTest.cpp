@@ -1,13 +1,11 @@
 // What holds for any stream: how the caller cuts it changes nothing, and damage costs only what it touched.
-#include <gtest/gtest.h>
 
-#include <algorithm>
-#include <random>
 #include <set>
 
 #include "ParserMethod/StreamAnalyzer.h"
 #include "Support/RandomStream.h"
 #include "Support/Sift.h"
+#include "Support/Testing.h"
 
 namespace Marvane::FrameSift {
 
@@ -16,8 +14,7 @@ namespace {
 std::vector<int32_t> Numbers(size_t nCount)
 {
     std::vector<int32_t> numbers(nCount);
-    for (size_t n = 0; n < nCount; ++n)
-        numbers[n] = static_cast<int32_t>(n + 1);
+    std::iota(numbers.begin(), numbers.end(), 1);
     return numbers;
 }
 
@@ -41,12 +38,10 @@ public:
     uint32_t Feed(const Bytes& stream, size_t nChunk)
     {
         uint32_t nMax = 0;
-        for (size_t nPos = 0; nPos < stream.size(); nPos += nChunk) {
-            Bytes chunk(stream.begin() + static_cast<ptrdiff_t>(nPos),
-                        stream.begin() + static_cast<ptrdiff_t>(std::min(nPos + nChunk, stream.size())));
+        InChunks(stream, FixedChunks(nChunk), [&](Bytes& chunk) {
             ParseData(chunk.data(), static_cast<int>(chunk.size()));
             nMax = std::max(nMax, m_logicData.MaxSize());
-        }
+        });
         return nMax;
     }
 };
@@ -62,6 +57,8 @@ TEST(StreamProperty, TheCutChangesNoFrame)
         for (Bytes& frame : frames) {
             if (random() % 4 == 0)
                 frame = RandomBytes(random, random() % 300) + frame;
+            if (random() % 20 == 0) // a foreign block is stepped over whole: the frame hidden in it is never seen
+                frame = Bytes{'Z', 'O', 'I', 'I', 0xE8, 3, 0, 0} + ZoavFrame().Seq(9999).Payload(Filler(960)) + frame;
         }
         const Bytes stream = Joined(frames);
         const auto whole = Sift(stream);
@@ -71,23 +68,6 @@ TEST(StreamProperty, TheCutChangesNoFrame)
         EXPECT_EQ(Sift(stream, RandomChunks(nSeed, 10)), whole);
         EXPECT_EQ(Sift(stream, RandomChunks(nSeed, 20000)), whole);
     }
-}
-
-// A foreign block is stepped over whole, wherever the chunks end; the frame hidden in it is never seen.
-TEST(StreamProperty, TheCutOfAForeignBlockChangesNothing)
-{
-    const auto frames = RandomFrames(4, 20, 300);
-    const Bytes inside = Filler(700) + ZoavFrame().Seq(9999).Payload(Filler(60)).Build() + Filler(900);
-    const auto nLen = static_cast<uint32_t>(inside.size() + 8);
-    const Bytes block =
-        Bytes{'Z', 'O', 'I', 'I', static_cast<uint8_t>(nLen), static_cast<uint8_t>(nLen >> 8), 0, 0} + inside;
-    auto parts = frames;
-    parts.insert(parts.begin() + 10, block);
-    const Bytes stream = Joined(parts);
-    const auto whole = Sift(stream);
-    EXPECT_EQ(GoodSeqs(whole), Numbers(20));
-    for (size_t nChunk = 1; nChunk < stream.size(); nChunk = nChunk * 5 / 4 + 1)
-        EXPECT_EQ(Sift(stream, FixedChunks(nChunk)), whole) << nChunk;
 }
 
 TEST(StreamProperty, TheCutOfADamagedStreamChangesNoRecordEither)
@@ -107,40 +87,25 @@ TEST(StreamProperty, TheCutOfADamagedStreamChangesNoRecordEither)
     }
 }
 
-TEST(StreamProperty, AFlippedBitCostsAtMostItsOwnFrame)
+// A flipped bit, often in the head; or bytes lost; or rubbish in between.
+TEST(StreamProperty, DamageCostsAtMostItsOwnFrame)
 {
     const auto frames = RandomFrames(1, 30, 150);
-    for (uint32_t nSeed = 1; nSeed <= 400; ++nSeed) {
+    for (uint32_t nSeed = 1; nSeed <= 600; ++nSeed) {
         std::mt19937 random(nSeed);
         const size_t nTouched = 1 + random() % (frames.size() - 1); // not the first: it lets the type be known
         auto damaged = frames;
         Bytes& frame = damaged[nTouched];
-        const size_t nPos = random() % 2 == 0 ? random() % 24 : random() % frame.size(); // often in the head
-        frame[nPos] ^= static_cast<uint8_t>(1U << random() % 8);
+        const size_t nFrom = random() % (random() % 2 == 0 ? 24 : frame.size());
+        if (nSeed % 3 == 0)
+            frame = Part(frame, 0, nFrom) + RandomBytes(random, 1 + random() % 2000) + Part(frame, nFrom);
+        else if (nSeed % 3 == 1)
+            frame = Part(frame, 0, nFrom) + Part(frame, nFrom + 1 + random() % (frame.size() - nFrom));
+        else
+            frame[nFrom] ^= static_cast<uint8_t>(1U << random() % 8);
         const auto nSeq = static_cast<int32_t>(nTouched + 1);
-        EXPECT_EQ(GoodUntouched(Joined(damaged) + Filler(64), nSeed, nSeq), Without(Numbers(30), nSeq))
-            << "seed " << nSeed << ", byte " << nPos;
-    }
-}
-
-TEST(StreamProperty, BytesLostOrAddedCostAtMostTheirOwnFrame)
-{
-    const auto frames = RandomFrames(2, 30, 150);
-    for (uint32_t nSeed = 1; nSeed <= 200; ++nSeed) {
-        std::mt19937 random(nSeed);
-        const size_t nTouched = 1 + random() % (frames.size() - 1);
-        auto damaged = frames;
-        Bytes& frame = damaged[nTouched];
-        const auto nFrom = static_cast<ptrdiff_t>(random() % frame.size());
-        if (nSeed % 2 == 0) {
-            const Bytes rubbish = RandomBytes(random, 1 + random() % 2000);
-            frame.insert(frame.begin() + nFrom, rubbish.begin(), rubbish.end());
-        } else {
-            const auto nTo = nFrom + 1 + static_cast<ptrdiff_t>(random() % (frame.size() - static_cast<size_t>(nFrom)));
-            frame.erase(frame.begin() + nFrom, frame.begin() + nTo);
-        }
-        const auto nSeq = static_cast<int32_t>(nTouched + 1);
-        EXPECT_EQ(GoodUntouched(Joined(damaged) + Filler(4096), nSeed, nSeq), Without(Numbers(30), nSeq)) << nSeed;
+        EXPECT_EQ(GoodUntouched(Joined(damaged) + Filler(4096), nSeed, nSeq), Without(Numbers(30), nSeq))
+            << "seed " << nSeed << ", byte " << nFrom;
     }
 }
 
@@ -150,9 +115,8 @@ TEST(StreamProperty, AnyTruncationIsWithstood)
     const auto frames = RandomFrames(3, 10, 100);
     const Bytes stream = Joined(frames);
     for (size_t nCut = 0; nCut < stream.size(); nCut += 7) {
-        const auto it = stream.begin() + static_cast<ptrdiff_t>(nCut);
-        const auto head = GoodSeqs(Sift(Bytes(stream.begin(), it), FixedChunks(100)));
-        const auto tail = GoodSeqs(Sift(Bytes(it, stream.end()), FixedChunks(100)));
+        const auto head = GoodSeqs(Sift(Part(stream, 0, nCut), FixedChunks(100)));
+        const auto tail = GoodSeqs(Sift(Part(stream, nCut), FixedChunks(100)));
         EXPECT_GE(head.size() + tail.size() + 1, frames.size()) << nCut;
     }
 }

@@ -1,10 +1,6 @@
 #include "Memory/DynamicBuffer.h"
 
-#include <gtest/gtest.h>
-
-#include <numeric>
-#include <vector>
-
+#include "Support/Testing.h"
 #include "framesift/result.h"
 
 namespace Marvane::FrameSift {
@@ -47,18 +43,6 @@ TEST(DynamicBuffer, PointersStayReadableOverManyGrowths)
     for (const uint8_t* pBlock : blocks)
         EXPECT_EQ(std::accumulate(pBlock, pBlock + 100, 0), 100 * 0xAB);
     EXPECT_EQ(buffer.GetDataLen(), 100 + 20 * 50000);
-}
-
-TEST(DynamicBuffer, ClearKeepsTheCapacity)
-{
-    CDynamicBuffer buffer;
-    const std::vector<uint8_t> bytes(100000, 7);
-    ASSERT_EQ(buffer.AppendBuffer(bytes.data(), 100000, false), KX_SUCCESS);
-    buffer.Clear();
-    EXPECT_EQ(buffer.GetDataLen(), 0);
-    EXPECT_EQ(buffer.MaxSize(), 131072);
-    EXPECT_EQ(buffer.Init(16384), KX_SUCCESS);
-    EXPECT_EQ(buffer.MaxSize(), 131072);
 }
 
 } // namespace Marvane::FrameSift

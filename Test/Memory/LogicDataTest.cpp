@@ -1,26 +1,13 @@
 #include "Memory/LogicData.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <limits>
-#include <numeric>
-#include <vector>
 
+#include "Support/Testing.h"
 #include "framesift/result.h"
 
 namespace Marvane::FrameSift {
 
 namespace {
-
-using Bytes = std::vector<uint8_t>;
-
-Bytes Counting(size_t nSize, uint8_t nFirst = 0)
-{
-    Bytes bytes(nSize);
-    std::iota(bytes.begin(), bytes.end(), nFirst);
-    return bytes;
-}
 
 int Join(CLogicData& data, Bytes& chunk)
 {
@@ -51,14 +38,10 @@ TEST(LogicData, IsEmptyBeforeTheFirstJoin)
     int64_t nPos = 0;
     uint8_t* pData = nullptr;
     int nLen = 0;
-    EXPECT_EQ(data.Size(), 0U);
-    EXPECT_EQ(data.GetByte(0), 0);
-    EXPECT_EQ(data.GetData(0, 0), nullptr);
-    EXPECT_EQ(data.SetCurParseIndex(0), -1);
-    EXPECT_EQ(data.ClearBuffer(), -1);
-    EXPECT_EQ(data.GetRemainData(&pData, &nLen), -1);
-    EXPECT_EQ(data.SetKeyPos(0, 0), -1);
-    EXPECT_EQ(data.GetKeyPos(nPos, nPos), -1);
+    EXPECT_TRUE(data.Size() == 0 && data.GetByte(0) == 0 && data.GetData(0, 0) == nullptr);
+    for (const int nResult : {data.SetCurParseIndex(0), data.ClearBuffer(), data.GetRemainData(&pData, &nLen),
+                              data.SetKeyPos(0, 0), data.GetKeyPos(nPos, nPos)})
+        EXPECT_EQ(nResult, -1);
     EXPECT_EQ(data.JoinData(nullptr, 5), KX_ERROR_SYSTEM_OUT_OF_MEMORY);
 }
 
@@ -112,12 +95,9 @@ TEST_F(LogicDataSeam, WhatIsKeptAndWhatIsCountedAgree)
 TEST_F(LogicDataSeam, RefusesPlacesOutsideIt)
 {
     constexpr int nMax = std::numeric_limits<int>::max();
-    const struct
-    {
-        int nIndex, nLen;
-    } rows[] = {{-1, 1}, {0, -1}, {31, 0}, {1, 30}, {nMax, 1}, {1, nMax}, {nMax, nMax}};
-    for (const auto& row : rows)
-        EXPECT_EQ(data.GetData(row.nIndex, row.nLen), nullptr) << row.nIndex << " " << row.nLen;
+    for (const auto& [nIndex, nLen] :
+         Rows<int, int>{{-1, 1}, {0, -1}, {31, 0}, {1, 30}, {nMax, 1}, {1, nMax}, {nMax, nMax}})
+        EXPECT_EQ(data.GetData(nIndex, nLen), nullptr) << nIndex << " " << nLen;
     EXPECT_EQ(data.SetCurParseIndex(-1), KX_ERROR_PARAMETER);
     EXPECT_EQ(data.SetCurParseIndex(31), KX_ERROR_PARAMETER);
 }

@@ -1,13 +1,9 @@
 #include "ParserMethod/ParserCreator.h"
 
-#include <gtest/gtest.h>
-
-#include "FrameWriter/ZOAVFrameWriter.h"
 #include "Memory/LogicData.h"
-#include "Support/ChildProcess.h"
-#include "Support/Matches.h"
+#include "Support/LogOf.h"
 #include "Support/Sift.h"
-#include "Tools/KXLog.h"
+#include "Support/Testing.h"
 
 namespace Marvane::FrameSift {
 
@@ -78,16 +74,21 @@ TEST(Detector, TheFamilyByItsMagic)
 
 TEST(Detector, LegacyFramesByWhatFollowsThem)
 {
-    const struct
-    {
-        uint8_t nWord;
-        size_t nHeadLen, nLengthWord;
-    } rows[] = {{0xFD, 16, 3}, {0xFB, 16, 3}, {0xFC, 8, 1},  {0xFA, 8, 1},  {0xFD, 8, 1},  {0xFB, 8, 1},
-                {0xFC, 16, 3}, {0xFA, 16, 3}, {0xFD, 20, 3}, {0xFB, 20, 3}, {0xFC, 12, 1}, {0xFA, 12, 1}};
-    for (const auto& row : rows) {
-        const Bytes frame = LegacyFrame(row.nWord, row.nHeadLen, row.nLengthWord, 0xFA);
-        EXPECT_EQ(TypeOf(Filler(3) + frame), OLD) << int{row.nWord} << " " << row.nHeadLen;
-        EXPECT_EQ(TypeOf(Filler(3) + LegacyFrame(row.nWord, row.nHeadLen, row.nLengthWord, 0xF2)), 0U);
+    for (const auto& [nWord, nHeadLen, nLengthWord] : Rows<uint8_t, size_t, size_t>{{0xFD, 16, 3},
+                                                                                    {0xFB, 16, 3},
+                                                                                    {0xFC, 8, 1},
+                                                                                    {0xFA, 8, 1},
+                                                                                    {0xFD, 8, 1},
+                                                                                    {0xFB, 8, 1},
+                                                                                    {0xFC, 16, 3},
+                                                                                    {0xFA, 16, 3},
+                                                                                    {0xFD, 20, 3},
+                                                                                    {0xFB, 20, 3},
+                                                                                    {0xFC, 12, 1},
+                                                                                    {0xFA, 12, 1}}) {
+        const Bytes frame = LegacyFrame(nWord, nHeadLen, nLengthWord, 0xFA);
+        EXPECT_EQ(TypeOf(Filler(3) + frame), OLD) << int{nWord} << " " << nHeadLen;
+        EXPECT_EQ(TypeOf(Filler(3) + LegacyFrame(nWord, nHeadLen, nLengthWord, 0xF2)), 0U);
         EXPECT_EQ(TypeOf(Filler(3) + Bytes(frame.begin(), frame.end() - 1)), 0U);
     }
     // At the window's very first byte the word alone is enough.
@@ -132,17 +133,6 @@ TEST(Detector, KeepsWhatItMayNeedAndNoMore)
     EXPECT_EQ(detector.Feed(Bytes(frame.begin() + 2, frame.end())), 8U); // a magic across the cut
 }
 
-TEST(Detector, SmallChunksAreNotLostAfterTheWindowWasCleared)
-{
-    DETECTOR detector;
-    EXPECT_EQ(detector.Feed(Filler(40000)), 0U);
-    detector.window.ClearBuffer();
-    uint32_t nType = 0;
-    for (const uint8_t nByte : Bytes{0, 0, 1, 0xFD})
-        nType = detector.Feed({nByte});
-    EXPECT_EQ(nType, OLD);
-}
-
 TEST(Detector, MakesParsersForTheFamilyOnly)
 {
     for (const uint32_t nType : {8U, 195U, 196U, 197U}) {
@@ -162,16 +152,11 @@ TEST(Detector, ChecksOutsideTheChain)
         Bytes{'-', 'H', 'B', 'G', 'K', 'I', 'P', 'C', 'B', '-', 'X'};
     CLogicData window;
     window.JoinData(bytes.data(), static_cast<int>(bytes.size()));
-    EXPECT_TRUE(creator.checkASF(&window, 0, 0));
-    EXPECT_FALSE(creator.checkASF(&window, 0, 1));
-    EXPECT_FALSE(creator.checkASF(&window, 0, 12));
-    EXPECT_FALSE(creator.checkIFV(&window, 0, 0));
-    EXPECT_TRUE(creator.checkRMID(&window, 0x2E524D46, 0));
-    EXPECT_FALSE(creator.checkRMID(&window, 0x2E524D47, 0));
-    EXPECT_TRUE(creator.checkMDVRX(&window, 0, 22));
-    EXPECT_FALSE(creator.checkMDVRX(&window, 0, 23));
-    EXPECT_TRUE(creator.checkHBV30(&window, 0, 25));
-    EXPECT_FALSE(creator.checkHBV30(&window, 0, 24));
+    EXPECT_TRUE(creator.checkASF(&window, 0, 0) && creator.checkRMID(&window, 0x2E524D46, 0));
+    EXPECT_TRUE(creator.checkMDVRX(&window, 0, 22) && creator.checkHBV30(&window, 0, 25));
+    EXPECT_FALSE(creator.checkASF(&window, 0, 1) || creator.checkASF(&window, 0, 12));
+    EXPECT_FALSE(creator.checkIFV(&window, 0, 0) || creator.checkRMID(&window, 0x2E524D47, 0));
+    EXPECT_FALSE(creator.checkMDVRX(&window, 0, 23) || creator.checkHBV30(&window, 0, 24));
     EXPECT_FALSE(creator.checkHBV30(&window, 0, -1));
 
     Bytes packets(188 * 11, 0x11);
@@ -185,15 +170,8 @@ TEST(Detector, ChecksOutsideTheChain)
 
 TEST(Detector, WritesItsResultTwice)
 {
-    const auto child = RunInChild([] {
-        CKXLog::CreateLog("", 0, nullptr, KX_LOG_LevelTrace);
-        return TypeOf(ZoavFrame().Payload(Filler(40))) == 8U ? 0 : 1;
-    });
-    EXPECT_EQ(child.nExitCode, 0);
-    EXPECT_TRUE(Matches(child.output, ".* trace SIFTKIT Src/ParserMethod/ParserCreator:[0-9]+ "
-                                      "tid:-?[0-9]+ JudeType StreamType:8\n"
-                                      ".* GetAnalyType StreamType:8\n"))
-        << child.output;
+    EXPECT_EQ(LogOf([] { EXPECT_EQ(TypeOf(ZoavFrame().Payload(Filler(40))), 8U); }),
+              "trace JudeType StreamType:8\ntrace GetAnalyType StreamType:8\n");
 }
 
 } // namespace Marvane::FrameSift

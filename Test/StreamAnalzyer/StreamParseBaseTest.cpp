@@ -1,11 +1,9 @@
 #include "StreamAnalzyer/StreamParseBase.h"
 
-#include <gtest/gtest.h>
-
 #include <string_view>
-#include <vector>
 
 #include "Memory/LogicData.h"
+#include "Support/Testing.h"
 #include "Tools/FourCC.h"
 
 namespace Marvane::FrameSift {
@@ -13,13 +11,12 @@ namespace Marvane::FrameSift {
 namespace {
 
 // A toy format: "FRAM", one byte of length (head included, 0 to 255), one byte of error flags, then the body. "BORD" is
-// a border. In a time scan the sixth byte is the frame's subtype.
+// a border.
 class CToyStream : public CStreamParseBase
 {
 public:
     int GetType() override { return 1; }
     bool CheckFrameID(int scanID) override { return static_cast<uint32_t>(scanID) == FourCC("FRAM"); }
-    bool CheckFrameTimeID(int scanID) override { return CheckFrameID(scanID); }
     bool BuildFrame(CLogicData* logicData, int pos, FrameInfo& frame, ExtZOAVIFrameInfo&) override
     {
         const uint8_t* pHead = logicData->GetData(pos, 6);
@@ -33,21 +30,10 @@ public:
     }
     void FrameVerify(CLogicData*, int, FrameInfo& frame, ExtZOAVIFrameInfo&) override { frame.frameSubType = 77; }
     bool IsBorderID(int scanID) override { return static_cast<uint32_t>(scanID) == FourCC("BORD"); }
-    bool GetFrameTime(CLogicData* logicData, int& pos, int64_t& nTime) override
-    {
-        nTime = logicData->GetByte(pos + 5);
-        return logicData->GetData(pos, 6) != nullptr;
-    }
     bool GetFrameEndPos(CLogicData* logicData, int pos, int& nEnd) override
     {
         nEnd = pos + logicData->GetByte(pos + 4) - 1;
         return true;
-    }
-    bool GetFrameType(CLogicData* logicData, int pos, int& nType, int& nSubType) override
-    {
-        nType = KX_FRAME_TYPE_VIDEO;
-        nSubType = logicData->GetByte(pos + 5);
-        return logicData->GetData(pos, 6) != nullptr;
     }
     void OnOneParseOver() override { ++nParseOver; }
 
@@ -152,72 +138,6 @@ TEST(FrameScan, RefusesNullAndATooShortWindow)
     EXPECT_EQ(toy.Parse(Text("FRA")), KX_ERROR_PARAMETER); // these bytes are lost
     EXPECT_EQ(toy.Parse(Text("M\x06\0....")), KX_SUCCESS);
     EXPECT_TRUE(toy.collector.lengths.empty());
-}
-
-TEST(FrameScan, TheFirstFrameTimeIsFoundWithItsPlace)
-{
-    TOY toy;
-    int64_t nTime = 0;
-    toy.bytes = {'.', '.', 'F', 'R', 'A', 'M', 6, 42};
-    ASSERT_EQ(toy.data.JoinData(toy.bytes.data(), 8), KX_SUCCESS);
-    EXPECT_TRUE(toy.stream.ParseFrameTime(&toy.data, nTime));
-    EXPECT_EQ(nTime, 42);
-    int64_t nStreamPos = 0;
-    int64_t nFramePos = 0;
-    toy.data.GetKeyPos(nStreamPos, nFramePos);
-    EXPECT_EQ(nFramePos, 2);
-    EXPECT_FALSE(toy.stream.ParseFrameTime(nullptr, nTime));
-}
-
-// Without a frame the answer is whether the window was too short to keep anything of.
-TEST(FrameScan, WithoutAFrameTheAnswerTellsOfTheWindow)
-{
-    int64_t nTime = 0;
-    CToyStream stream;
-    CLogicData longWindow;
-    std::vector<uint8_t> bytes(10, '.');
-    longWindow.JoinData(bytes.data(), 10);
-    EXPECT_FALSE(stream.ParseFrameTime(&longWindow, nTime));
-    CLogicData shortWindow;
-    shortWindow.JoinData(bytes.data(), 2);
-    EXPECT_TRUE(stream.ParseFrameTime(&shortWindow, nTime));
-}
-
-TEST(KeyFrameScan, NotesKeyFramesAndGivesTheLastOneFirst)
-{
-    // I at 0, P at 7, smart P at 13, and an end position before the frame at 19, which must not hold the scan up.
-    const std::string_view chunk = Text("FRAM\x07\0.FRAM\x06\x01"
-                                        "FRAM\x06\x13"
-                                        "FRAM\0\x12");
-    CToyStream stream;
-    CLogicData data;
-    std::vector<uint8_t> bytes(chunk.begin(), chunk.end());
-    data.JoinData(bytes.data(), static_cast<int>(bytes.size()));
-    EXPECT_FALSE(stream.ParseKeyFrame(&data, false));
-    VIDEO_KEY_FRAME_INFO info{};
-    for (const auto& [nPos, nSubType] : {std::pair{19, 18}, {13, 19}, {0, 0}}) {
-        ASSERT_TRUE(stream.GetVideoKeyFrameInfo(info));
-        EXPECT_EQ(info.nVideoFramePos, nPos);
-        EXPECT_EQ(info.nFrameSubType, nSubType);
-    }
-    EXPECT_FALSE(stream.GetVideoKeyFrameInfo(info));
-}
-
-TEST(KeyFrameScan, OneIFrameIsEnoughIfAskedFor)
-{
-    const std::string_view chunk = Text("FRAM\x06\x13"
-                                        "FRAM\x06\x14"
-                                        "FRAM\x06\0.......");
-    CToyStream stream;
-    CLogicData data;
-    std::vector<uint8_t> bytes(chunk.begin(), chunk.end());
-    data.JoinData(bytes.data(), static_cast<int>(bytes.size()));
-    EXPECT_TRUE(stream.ParseKeyFrame(&data, true));
-    VIDEO_KEY_FRAME_INFO info{};
-    ASSERT_TRUE(stream.GetVideoKeyFrameInfo(info));
-    EXPECT_EQ(info.nFrameSubType, 20);
-    stream.ClearKeyFrameInfo(); // drops the smart P frame noted before it
-    EXPECT_FALSE(stream.GetVideoKeyFrameInfo(info));
 }
 
 } // namespace Marvane::FrameSift

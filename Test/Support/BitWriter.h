@@ -9,7 +9,8 @@
 
 namespace Marvane::FrameSift {
 
-// Every setter answers the writer, so that a header reads as one expression: CBitWriter().Bits(8, 100).Ue(0).Rbsp()
+// Every setter answers the writer, so that a header reads as one expression: CBitWriter().Bits(8, 100).Ue(0).Rbsp().
+// Optional parts of a header are writers too, empty if the part is absent.
 class CBitWriter
 {
 public:
@@ -31,12 +32,27 @@ public:
         const auto nWidth = static_cast<uint32_t>(std::bit_width(nCode));
         return Bits(nWidth - 1, 0).Bits(nWidth, nCode);
     }
-    CBitWriter& Se(int32_t nValue)
+    CBitWriter& Ues(const std::vector<uint32_t>& values)
     {
-        const int64_t nWide = nValue;
-        return Ue(static_cast<uint32_t>(nWide > 0 ? 2 * nWide - 1 : -2 * nWide));
+        for (const uint32_t nValue : values)
+            Ue(nValue);
+        return *this;
     }
-    size_t BitCount() const { return m_nUsed; }
+    CBitWriter& Se(int64_t nValue) { return Ue(static_cast<uint32_t>(nValue > 0 ? 2 * nValue - 1 : -2 * nValue)); }
+    CBitWriter& Ses(const std::vector<int32_t>& values)
+    {
+        for (const int32_t nValue : values)
+            Se(nValue);
+        return *this;
+    }
+    CBitWriter& Add(const CBitWriter& part)
+    {
+        for (size_t n = 0; n < part.m_nUsed; ++n)
+            Bits(1, part.m_bytes[n / 8] >> (7 - n % 8) & 1U);
+        return *this;
+    }
+    // A flag that tells whether the part is there, and the part.
+    CBitWriter& Optional(const CBitWriter& part) { return Flag(part.m_nUsed > 0).Add(part); }
     // The bits so far, filled up with zeros to whole bytes.
     const Bytes& Raw() const { return m_bytes; }
     // The bits so far with a stop bit behind them, as a NAL unit ends.
@@ -50,9 +66,7 @@ private:
 // A NAL unit behind a start code of three or four bytes: its header as it stands, and rbsp with emulation prevention.
 inline Bytes NalUnit(const Bytes& header, const Bytes& rbsp, size_t nStartCodeLen = 4)
 {
-    Bytes unit(nStartCodeLen - 1, 0);
-    unit.push_back(1);
-    unit = unit + header;
+    Bytes unit = Bytes(nStartCodeLen - 1, 0) + Bytes{1} + header;
     size_t nZeros = 0;
     for (const uint8_t nByte : rbsp) {
         if (nZeros >= 2 && nByte <= 3) {

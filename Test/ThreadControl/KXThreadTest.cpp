@@ -1,9 +1,8 @@
 #include "ThreadControl/KXThread.h"
+#include "Support/Testing.h"
 
 #include <atomic>
 #include <thread>
-
-#include <gtest/gtest.h>
 
 namespace Marvane::FrameSift {
 namespace {

@@ -1,6 +1,5 @@
 #include "Tools/AutoLock.h"
-
-#include <gtest/gtest.h>
+#include "Support/Testing.h"
 
 #include <thread>
 

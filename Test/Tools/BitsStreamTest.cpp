@@ -1,37 +1,20 @@
 #include "Tools/BitsStream.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <memory>
-#include <random>
-
 #include "Support/BitWriter.h"
 #include "Support/RandomStream.h"
+#include "Support/Testing.h"
 
 namespace Marvane::FrameSift {
 
 namespace {
 
-// A reader over a heap block of just the size of its bytes, so that a read past it is found.
 struct READER
 {
-    explicit READER(const Bytes& bytes) : pBlock(std::make_unique<uint8_t[]>(bytes.size()))
-    {
-        std::copy(bytes.begin(), bytes.end(), pBlock.get());
-        bs.Init(pBlock.get(), static_cast<uint32_t>(bytes.size()));
-    }
-    std::unique_ptr<uint8_t[]> pBlock;
+    explicit READER(const Bytes& source) : bytes(Part(source, 0)) { bs.Init(bytes.data(), LengthOf(bytes)); }
+
+    Bytes bytes;
     CBitsStream bs;
 };
-
-Bytes Counted(size_t nSize)
-{
-    Bytes bytes(nSize);
-    for (size_t n = 0; n < nSize; ++n)
-        bytes[n] = static_cast<uint8_t>(0x10 + n);
-    return bytes;
-}
 
 // One by one, the obvious way.
 uint32_t BitsAt(const Bytes& bytes, size_t nPos, uint32_t nCount)
@@ -86,7 +69,7 @@ TEST(BitsStream, ReadsLikeBitByBit)
 TEST(BitsStream, OnesOrTheCutWordPastTheEnd)
 {
     for (size_t nSize = 0; nSize <= 24; ++nSize) {
-        const Bytes bytes = Counted(nSize);
+        const Bytes bytes = Counting(nSize, 0x10);
         READER reader(bytes);
         for (size_t nWord = 0; nWord < 12; ++nWord)
             ASSERT_EQ(reader.bs.GetBits(32), WordOf(bytes, nWord)) << "word " << nWord << " of " << nSize << " bytes";
@@ -128,12 +111,12 @@ TEST(BitsStream, GolombOfZerosEnds)
 
 TEST(BitsStream, LongSkips)
 {
-    READER reader(Counted(40));
+    READER reader(Counting(40, 0x10));
     for (const uint32_t nBits : {8U, 32U, 48U, 8U}) // profile, tier and level of H.265
         reader.bs.Skip(nBits);
     EXPECT_EQ(reader.bs.GetBits(8), 0x1CU);
 
-    READER far(Counted(40));
+    READER far(Counting(40, 0x10));
     far.bs.Skip(100); // one word, whatever the length
     EXPECT_EQ(far.bs.Pos(), 68U + 8U);
     far.bs.Skip(0);
@@ -146,7 +129,7 @@ TEST(BitsStream, LongSkips)
 
 TEST(BitsStream, PositionCountsAWordAsAByte)
 {
-    READER reader(Counted(40));
+    READER reader(Counting(40, 0x10));
     EXPECT_EQ(reader.bs.ShowBits(0), 0x10111213U); // the whole word, only here
     reader.bs.GetBits(3);
     EXPECT_EQ(reader.bs.ShowBits(0), 0U);

@@ -2,14 +2,10 @@
 
 #include <filesystem>
 #include <sstream>
-#include <string>
-#include <vector>
 
-#include <gtest/gtest.h>
-
-#include "Support/ChildProcess.h"
+#include "Support/LogOf.h"
 #include "Support/TempDirectory.h"
-#include "Tools/KXLog.h"
+#include "Support/Testing.h"
 
 namespace Marvane::FrameSift {
 namespace {
@@ -70,16 +66,13 @@ TEST(DbgStreamSave, NegativeLimitLeavesTheDefault)
 
 TEST(DbgStreamSave, TellsTheLogOfAFileThatCannotBeOpened)
 {
-    const ChildResult result = RunInChild([] {
-        CKXLog::CreateLog("", 0, nullptr, KX_LOG_LevelWarn);
-        const uint8_t byte = 1;
-        CDbgStreamSave save;
-        save.WriteFileInfo(nullptr, "/nowhere/at/all", 0, 10);
-        save.writeData(&byte, 1);
-        return 0;
-    });
-    EXPECT_NE(result.output.find(" warn SIFTKIT Src/Tools/DbgHelper:"), std::string::npos) << result.output;
-    EXPECT_TRUE(result.output.ends_with(" writeData open file error in save stream writeData.\n")) << result.output;
+    EXPECT_EQ(LogOf([] {
+                  const uint8_t byte = 1;
+                  CDbgStreamSave save;
+                  save.WriteFileInfo(nullptr, "/nowhere/at/all", 0, 10);
+                  save.writeData(&byte, 1);
+              }),
+              "warn writeData open file error in save stream writeData.\n");
 }
 
 } // namespace

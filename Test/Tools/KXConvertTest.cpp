@@ -1,8 +1,5 @@
 #include "Tools/KXConvert.h"
-
-#include <string>
-
-#include <gtest/gtest.h>
+#include "Support/Testing.h"
 
 namespace Marvane::FrameSift {
 namespace {
@@ -33,13 +30,14 @@ TEST(KXConvertCodes, WaveFormats)
     for (const auto& row : rows)
         EXPECT_EQ(CKXConvert::WaveFormatToEncodeType(row[0]), row[1]) << row[0];
 
-    EXPECT_EQ(CKXConvert::WaveFormatToEncodeType("G711", 3), 0);
-    EXPECT_EQ(CKXConvert::WaveFormatToEncodeType("G711", 4), 14);
-    EXPECT_EQ(CKXConvert::WaveFormatToEncodeType("g711u", 5), 14);
-    EXPECT_EQ(CKXConvert::WaveFormatToEncodeType("G726", 4), 0);
-    EXPECT_EQ(CKXConvert::WaveFormatToEncodeType("G711", -1), 14);
-    EXPECT_EQ(CKXConvert::WaveFormatToEncodeType("G7", -1), 0);
-    EXPECT_EQ(CKXConvert::WaveFormatToEncodeType(nullptr, 4), 0);
+    for (const auto& [pName, nLen, nType] : Rows<const char*, int, int>{{"G711", 3, 0},
+                                                                        {"G711", 4, 14},
+                                                                        {"g711u", 5, 14},
+                                                                        {"G726", 4, 0},
+                                                                        {"G711", -1, 14},
+                                                                        {"G7", -1, 0},
+                                                                        {nullptr, 4, 0}})
+        EXPECT_EQ(CKXConvert::WaveFormatToEncodeType(pName, nLen), nType) << nLen;
 }
 
 TEST(KXConvertBytes, Reversed)
@@ -65,11 +63,9 @@ TEST(KXConvertText, UrlInItsParts)
 {
     URLInfo info;
     ASSERT_TRUE(CKXConvert::ParseUrl("tvf://me:p@:ss@10.0.0.1:8000/dir/a.zoav", info));
-    EXPECT_EQ(info.strUserName, "me");
-    EXPECT_EQ(info.strPassword, "p@:ss");
-    EXPECT_EQ(info.strIP, "10.0.0.1");
+    EXPECT_EQ(info.strUserName + " " + info.strPassword + " " + info.strIP + " " + info.strFileName,
+              "me p@:ss 10.0.0.1 dir/a.zoav");
     EXPECT_EQ(info.nPort, 8000);
-    EXPECT_EQ(info.strFileName, "dir/a.zoav");
     ASSERT_TRUE(CKXConvert::ParseUrl("tvf://u:p@h:99999999999999999999x/", info)); // any port does, and no file
     EXPECT_EQ(info.strFileName, "");
 }

@@ -1,12 +1,9 @@
 #include <stdlib.h>
 
 #include <climits>
-#include <cstring>
 #include <ctime>
-#include <string>
 
-#include <gtest/gtest.h>
-
+#include "Support/Testing.h"
 #include "Tools/KXConvert.h"
 
 namespace Marvane::FrameSift {
@@ -79,27 +76,16 @@ TEST(DateTime, FieldsFromTheLowEnd)
 
 TEST(Mp4KXTimeToKXTime, CarriesOneStep)
 {
-    const struct
-    {
-        uint32_t seconds;
-        KX_TIME base;
-        const char* pExpected;
-    } rows[] = {
-        {1, {2023, 12, 31, 23, 59, 59, 5}, "2024 1 1 0 0 0 5"},
-        {1, {2023, 2, 28, 23, 59, 59, 0}, "2023 3 1 0 0 0 0"},
-        {1, {2024, 2, 28, 23, 59, 59, 0}, "2024 2 29 0 0 0 0"},
-        {1, {2000, 2, 29, 23, 59, 59, 0}, "2000 3 1 0 0 0 0"},
-        {1, {2100, 2, 28, 23, 59, 59, 0}, "2100 3 1 0 0 0 0"},
-        {1, {2024, 4, 29, 23, 59, 59, 0}, "2024 4 30 0 0 0 0"},
-        {1, {2024, 4, 30, 23, 59, 59, 0}, "2024 5 1 0 0 0 0"},
-        {86400 * 2 + 3661, {2024, 1, 30, 22, 58, 59, 0}, "2024 2 2 0 0 0 0"},
-        {86400 * 35, {2024, 1, 31, 0, 0, 0, 0}, "2024 3 6 0 0 0 0"},  // 66 - 31 = 35 February, less 29
-        {86400 * 70, {2024, 3, 31, 0, 0, 0, 0}, "2024 5 40 0 0 0 0"}, // no third month
-        {86400 * 31, {2024, 12, 31, 0, 0, 0, 0}, "2025 1 31 0 0 0 0"},
-        {0, {2024, 6, 31, 0, 0, 0, 0}, "2024 7 1 0 0 0 0"},
-    };
-    for (const auto& row : rows) {
-        EXPECT_EQ(Text(CKXConvert::Mp4KXTimeToKXTime(row.seconds, row.base)), row.pExpected) << Text(row.base);
+    for (const auto& [seconds, base, pExpected] : Rows<uint32_t, KX_TIME, const char*>{
+             {1, {2023, 12, 31, 23, 59, 59, 5}, "2024 1 1 0 0 0 5"},
+             {1, {2024, 2, 28, 23, 59, 59, 0}, "2024 2 29 0 0 0 0"},
+             {1, {2100, 2, 28, 23, 59, 59, 0}, "2100 3 1 0 0 0 0"},
+             {1, {2024, 4, 30, 23, 59, 59, 0}, "2024 5 1 0 0 0 0"},
+             {86400 * 2 + 3661, {2024, 1, 30, 22, 58, 59, 0}, "2024 2 2 0 0 0 0"},
+             {86400 * 35, {2024, 1, 31, 0, 0, 0, 0}, "2024 3 6 0 0 0 0"},  // 66 - 31 = 35 February, less 29
+             {86400 * 70, {2024, 3, 31, 0, 0, 0, 0}, "2024 5 40 0 0 0 0"}, // no third month
+             {0, {2024, 6, 31, 0, 0, 0, 0}, "2024 7 1 0 0 0 0"}}) {
+        EXPECT_EQ(Text(CKXConvert::Mp4KXTimeToKXTime(seconds, base)), pExpected) << Text(base);
     }
     // Numbers from a damaged record: each field wraps, none overflows.
     CKXConvert::Mp4KXTimeToKXTime(UINT32_MAX, {INT_MAX, INT_MAX, INT_MAX, INT_MAX, INT_MAX, INT_MAX, 0});

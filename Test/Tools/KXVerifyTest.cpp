@@ -1,15 +1,10 @@
 #include "Tools/KXVerify.h"
 
-#include <algorithm>
 #include <climits>
-#include <memory>
 #include <ostream>
-#include <random>
-#include <span>
 #include <string_view>
 
-#include <gtest/gtest.h>
-
+#include "Support/Testing.h"
 #include "Tools/KXVerifyCrc32.h"
 
 namespace Marvane::FrameSift {

@@ -122,8 +122,9 @@ typedef enum KX_ERROR_FLAGS
     KX_ERROR_FLAGS_LENGTH = 2,
     /** The head does not match its sum. Do not trust the other fields. */
     KX_ERROR_FLAGS_HEAD_VERIFY = 3,
-    /** The payload does not match the sum that the frame carries. It may show damage when decoded. The sum is over the
-       enciphered bytes, so a frame that was deciphered is not checked. */
+    /** The payload does not match the sum that the frame carries, or there is no payload to match it. It may show
+       damage when decoded. Checked are clear frames, and enciphered ones of KX_ENCRYPT_AES as long as they are: the sum
+       is over the enciphered bytes. */
     KX_ERROR_FLAGS_DATA_VERIFY = 4,
     /** The end of a frame whose head is lost, or a block stepped over unread. No pointers: skip it. */
     KX_ERROR_FLAGS_LOST_HEADER = 5,
@@ -131,7 +132,7 @@ typedef enum KX_ERROR_FLAGS
     KX_ERROR_FLAGS_UNKNOWN = 6,
     /** Stands for frames missing in front of the next one: the numbers of the video frames have a gap, or go back.
        No bytes, no pointers; frameSeq is the number before the next frame, time and time stamp are that frame's. A
-       decoder should wait for an I frame. Not given for a stream that carries several numbered channels. */
+       decoder should wait for an I frame. Not given for a stream whose frames tell a number of channels. */
     KX_ERROR_FLAGS_LOSTFRAME = 7,
     /** The watermark does not match its record: the stream may have been altered. Report it. streamLen is what the
        record claims, which may reach past the frame: bound it by framePointer and frameLen. */
@@ -144,7 +145,7 @@ typedef enum KX_ERROR_FLAGS
     KX_ERROR_FLAGS_FRAME_HALF_BAKED = 11,
     /** Sound, but of an unknown subtype. Use it if frameType is enough. */
     KX_ERROR_FLAGS_SUBTYPE_UNKNOWN = 12,
-    /** The frame says that a part is enciphered which does not lie in its payload. Nothing was deciphered: skip it. A
+    /** The frame says that blocks are enciphered which do not lie in its payload; they were not deciphered. Skip it. A
        wrong key is not noticed: the payload comes out as noise, without an error. */
     KX_ERROR_FLAGS_DECRYPTION_FAILURE = 13
 } KX_ERROR_FLAGS;

@@ -52,8 +52,8 @@ typedef struct KX_FRAME_INFO
     int32_t frameSeq;
     /** Filled. video frames per second as the last key frame states it, or this frame for itself; 0: not told */
     int32_t frameRate;
-    /** Filled. picture width in pixels, cropped: what the payload of the last key frame says (H.264, H.265, JPEG), else
-       what the recorder states; 0: not told, or no video */
+    /** Filled. picture width in pixels, cropped: what the payload of the last key frame says (H.264, H.265), or that of
+       the frame itself (JPEG), else what the recorder states; 0: not told, or no video */
     int32_t width;
     /** Filled. picture height in pixels, as width */
     int32_t height;

@@ -122,8 +122,9 @@ FRAMESIFT_API int KX_GetOneFrame(void* handle, KX_FRAME_INFO* frameInfo);
  * Gives the handle a key for enciphered frames. It counts from the start of the next KX_ParseData on, and may be given
  * before the stream's type is known. Only the kind given last is handed to the parser.
  * @param handle  from KX_CreateFrameSift.
- * @param type    KX_ENCRYPT_AES: key is the bare key of 16, 24 or 32 bytes, which replaces the one before; one of
- *                another length is taken without an error and deciphers nothing. KX_ENCRYPT_AES256: key is any
+ * @param type    KX_ENCRYPT_AES: key is the bare key of 16, 24 or 32 bytes, which replaces the one before. One of
+ *                another length answers KX_SUCCESS too, and is of no use: after an odd length above 1, or one above 63,
+ *                the key before stays in force; after any other, none is. KX_ENCRYPT_AES256: key is any
  *                number of records of 49 bytes: the byte 1, the key's identifier in 16 bytes, the key in 32 bytes; they
  *                are added to those that wait.
  * @param key     first byte; copied.
@@ -132,9 +133,12 @@ FRAMESIFT_API int KX_GetOneFrame(void* handle, KX_FRAME_INFO* frameInfo);
  * @retval KX_ERROR_INVALID_HANDLE  not a live stream handle.
  * @retval KX_ERROR_PARAMETER       key is null, keylen is below 1, or type is none of the two. A wrong type also takes
  *                                  away a key that waits.
- * @retval KX_ERROR_SYSTEM_OUT_OF_MEMORY  out of memory; the key before is gone as well.
+ * @retval KX_ERROR_SYSTEM_OUT_OF_MEMORY  out of memory; a key that waited is gone as well.
  * @note Frames of kind KX_ENCRYPT_AES are deciphered in place, in the bytes that KX_ParseData was given. Those of any
- *       other kind come out as they stand in the stream, and so does all without a key. A key is never logged.
+ *       other kind come out as they stand in the stream, and so does all without a key. The record does not tell which
+ *       of these happened, and a wrong key gives noise without an error. A deciphered frame is for use, not for storing:
+ *       its cipher head is marked as done, and a payload sum in it still belongs to the enciphered bytes. A key is never
+ *       logged.
  */
 FRAMESIFT_API int KX_StreamEncryptKey(void* handle, uint32_t type, const uint8_t* key, int32_t keylen);
 

@@ -1,5 +1,6 @@
 // Keys, and the deciphering of a payload where it stands.
 #include "StreamAnalzyer/ZOSTD/ZOAVStream.h"
+#include "Tools/KXLog.h"
 
 namespace Marvane::FrameSift {
 
@@ -33,28 +34,39 @@ int CZOAVStream::SetExtInfo(unsigned int type, const unsigned char* data, int le
 
 bool CZOAVStream::ParseEncryptData(const FrameInfo& frameInfo)
 {
-    const int64_t nOffset = frameInfo.encryptOffset;
-    const int32_t nEncryptLen = frameInfo.nEncryptLen;
+    constexpr int32_t nBlockLen = gsk_aesBlockSize;
+    if (frameInfo.nEncryptLen < 0) { // a length that no memory could hold
+        KX_WRITE_LOG(KX_LOG_LevelWarn, "Src/StreamAnalzyer/ZOSTD/ZOAVDecipher", "not enough memory!\n");
+        return false;
+    }
     if (frameInfo.nEncryptType != KX_ENCRYPT_AES || !m_Aes.HaveKey())
         return false;
+    const int64_t nOffset = frameInfo.encryptOffset;
+    const int32_t nBlocksLen = frameInfo.nEncryptLen / nBlockLen * nBlockLen;
+    if (nBlocksLen == 0) // less than a block stays as it is
+        return true;
     // What reaches out of the payload is no part of it.
-    if (nEncryptLen < 1 || nOffset + nEncryptLen > frameInfo.streamLen)
+    if (nOffset + nBlocksLen > frameInfo.streamLen)
         return false;
     uint8_t* pCipher = frameInfo.streamPointer + nOffset;
-    auto nPlainLen = static_cast<uint32_t>(nEncryptLen);
-    return m_Aes.Decrypt(pCipher, static_cast<uint32_t>(nEncryptLen), pCipher, nPlainLen);
+    auto nPlainLen = static_cast<uint32_t>(nBlocksLen);
+    return m_Aes.Decrypt(pCipher, nPlainLen, pCipher, nPlainLen);
 }
 
 // Frames of heads 0xB5 and 0xB6 are not deciphered here: they go out with all that their heads say, for whoever holds
 // the keys.
 void CZOAVStream::Decipher(FrameInfo& frame)
 {
+    const int32_t nPartLen = frame.nEncryptLen; // of head 0x95
     if (m_extFrameHead.pHead89 != nullptr) {
         frame.nEncryptLen = frame.streamLen;
         DecipherPart(frame);
     }
-    if (m_extFrameHead.pHead95 != nullptr)
+    // With both heads the part is enciphered twice.
+    if (m_extFrameHead.pHead95 != nullptr) {
+        frame.nEncryptLen = nPartLen;
         DecipherPart(frame);
+    }
     if (m_extFrameHead.pHeadB5 != nullptr)
         frame.nB5Headoffset = PlaceInFrame(m_B5ExtStartOffset);
     if (m_extFrameHead.pHeadB6 != nullptr)

@@ -54,7 +54,6 @@ int CZOAVStream::KeepKeyFrame(const FrameInfo& frame, const ExtZOAVIFrameInfo& e
     const bool bKept = TryAlloc([&] {
         ZOAV_KEY_FRAME& kept = m_prevIFrameInfoMap[frame.levelOrder];
         kept = {frame, ext};
-        DropWindowPointers(kept.ext);
         m_prevIFrameInfo = &kept;
     });
     return bKept ? KX_SUCCESS : KX_ERROR_SYSTEM_OUT_OF_MEMORY;

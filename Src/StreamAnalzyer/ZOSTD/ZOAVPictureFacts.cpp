@@ -13,19 +13,24 @@ namespace {
 
 constexpr int64_t sc_maxPictureSide = 14999;
 // Parameter sets stand in front; the picture behind them need not be looked at.
-constexpr int32_t sc_maxH265Look = 4096;
+constexpr uint32_t sc_maxH265Look = 4096;
 
 bool IsValidSize(int64_t nWidth, int64_t nHeight)
 {
     return nWidth >= 1 && nWidth <= sc_maxPictureSide && nHeight >= 1 && nHeight <= sc_maxPictureSide;
 }
 
+// A frame that is shorter than its heads has no payload.
+uint32_t PayloadLen(const FrameInfo& frame)
+{
+    return static_cast<uint32_t>(std::max(int32_t{frame.streamLen}, 0));
+}
+
 void TakeJpegFacts(FrameInfo& frame)
 {
     JPEGInfo info{};
     CJPEGESParser parser;
-    if (!parser.GetPicSize(frame.streamPointer, static_cast<uint32_t>(frame.streamLen), info) ||
-        !IsValidSize(info.width, info.height))
+    if (!parser.GetPicSize(frame.streamPointer, PayloadLen(frame), info) || !IsValidSize(info.width, info.height))
         return;
     frame.width = static_cast<int32_t>(info.width);
     frame.height = static_cast<int32_t>(info.height);
@@ -64,7 +69,7 @@ void CZOAVStream::FrameVideoInfoVerify(FrameInfo& frame, const ExtZOAVIFrameInfo
     // A source size from head 0x99 is the true one already; and what was enciphered is not looked into, even if it has
     // been deciphered since.
     const bool bSizeTold = ext.srcPicWidth != 0 && ext.srcPicHeight != 0;
-    if (bSizeTold || frame.nEncryptType != KX_ENCRYPT_UNKOWN || frame.streamLen < 0)
+    if (bSizeTold || frame.nEncryptType != KX_ENCRYPT_UNKOWN)
         return;
     switch (frame.frameEncodeType) {
     case KX_ENCODE_VIDEO_HI_H264:
@@ -85,7 +90,7 @@ void CZOAVStream::FrameVideoInfoVerify(FrameInfo& frame, const ExtZOAVIFrameInfo
 
 void CZOAVStream::TakeH264Facts(FrameInfo& frame)
 {
-    const auto nLen = static_cast<uint32_t>(frame.streamLen);
+    const uint32_t nLen = PayloadLen(frame);
     CH264ESParser parser;
     h264SPS sps{};
     if (parser.GetPicSize(frame.streamPointer, nLen, sps) && IsValidSize(sps.width, sps.height)) {
@@ -104,7 +109,7 @@ void CZOAVStream::TakeH265Facts(FrameInfo& frame)
 {
     CH265ESParser parser;
     FrameInfo facts{};
-    parser.Parse(frame.streamPointer, static_cast<uint32_t>(std::min(int32_t{frame.streamLen}, sc_maxH265Look)), facts);
+    parser.Parse(frame.streamPointer, std::min(PayloadLen(frame), sc_maxH265Look), facts);
     if (IsValidSize(facts.width, facts.height)) {
         TakeSize(facts, frame);
         TakeColour(facts, frame);

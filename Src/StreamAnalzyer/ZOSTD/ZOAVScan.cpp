@@ -67,6 +67,8 @@ void CZOAVStream::DoInit()
 {
     m_linkBuffer.Clear();
     m_frameListBuffer.Clear();
+    for (auto& [nLevel, kept] : m_prevIFrameInfoMap)
+        DropWindowPointers(kept.ext);
 }
 
 void CZOAVStream::SetActualFrameLength(int frameStartPos, int nEndID, int nEndIDPos, FrameInfo& frame)

@@ -1,4 +1,4 @@
-// The parser of the ZOAV family: where a frame begins and ends, and what its head says.
+// The parser of the ZOAV family: where a frame begins and ends, what it says, and whether it can be believed.
 #ifndef FRAMESIFT_SRC_STREAMANALZYER_ZOSTD_ZOAVSTREAM_H
 #define FRAMESIFT_SRC_STREAMANALZYER_ZOSTD_ZOAVSTREAM_H
 
@@ -15,7 +15,7 @@
 
 namespace Marvane::FrameSift {
 
-// A key frame, as the frames behind it inherit from it. The pointers in it are stale.
+// A key frame, as the frames behind it inherit from it. Only numbers are taken from frame, whose pointers are stale.
 struct ZOAV_KEY_FRAME
 {
     FrameInfo frame{};
@@ -103,7 +103,7 @@ private:
 // What chType and chSubType stand for. A field that a type does not name keeps its value.
 void ParseStdFrameHead(const STD_FRAME_HEAD& frameHead, FrameInfo& frameInfo);
 
-// Strips the prefix of a data payload that has one. The checks of the whole payload do not mind: they read it from the
+// Strips the prefix of a data payload that has one. The sum of the whole payload does not mind: it is read from the
 // window, by its place in the frame.
 void StripPayloadPrefix(FrameInfo& frame);
 

@@ -1,6 +1,5 @@
 #include "FrameWriter/RecordingClock.h"
-
-#include <gtest/gtest.h>
+#include "Support/Testing.h"
 
 namespace Marvane::FrameSift {
 
@@ -10,11 +9,8 @@ TEST(RecordingClock, TextBecomesTimeAndRunsOn)
     ASSERT_TRUE(start);
     const auto later = ClockToTime(*start + 1000);
     ASSERT_TRUE(later);
-    EXPECT_EQ(later->nMonth, 2);
-    EXPECT_EQ(later->nDay, 29); // a leap year
-    EXPECT_EQ(later->nHour, 0);
-    EXPECT_EQ(later->nSecond, 0);
-    EXPECT_EQ(later->nMilliSecond, 250);
+    EXPECT_EQ((Fields{later->nMonth, later->nDay, later->nHour, later->nSecond, later->nMilliSecond}),
+              (Fields{2, 29, 0, 0, 250})); // a leap year
     EXPECT_EQ(ParseClock("1970-01-01T00:00:00"), std::nullopt);
     EXPECT_EQ(ParseClock("2000-01-01T00:00:00"), CLOCK_MS{946684800000});
 }

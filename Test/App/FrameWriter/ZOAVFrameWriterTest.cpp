@@ -1,8 +1,5 @@
-#include "FrameWriter/ZOAVFrameWriter.h"
-
-#include <gtest/gtest.h>
-
 #include "FrameWriter/ExtHeads.h"
+#include "Support/Testing.h"
 
 namespace Marvane::FrameSift {
 
@@ -37,13 +34,9 @@ TEST(ZoavFrameWriter, HeadsStandInFrontOfThePayload)
 
 TEST(ExtHeads, CodesAndBytes)
 {
-    EXPECT_EQ(SampleTypeOf(8000), 0);
-    EXPECT_EQ(SampleTypeOf(48000), 9);
-    EXPECT_EQ(SampleTypeOf(64000), 13);
+    EXPECT_EQ((Fields{*SampleTypeOf(8000), *SampleTypeOf(48000), *SampleTypeOf(64000)}), (Fields{0, 9, 13}));
     EXPECT_EQ(SampleTypeOf(24000), std::nullopt);
-    EXPECT_EQ(BitRateTypeOf(64000), 10);
-    EXPECT_EQ(BitRateTypeOf(384000), 21);
-    EXPECT_EQ(BitRateTypeOf(12345), 0);
+    EXPECT_EQ((Fields{BitRateTypeOf(64000), BitRateTypeOf(384000), BitRateTypeOf(12345)}), (Fields{10, 21, 0}));
     EXPECT_EQ(ExtHead8C(2, 26, 8, 0), (Bytes{0x8C, 8, 2, 26, 8, 0, 0, 0}));
     EXPECT_EQ(ExtHead95(0, 0x1234, 0x56789A), (Bytes{0x95, 0, 0x34, 0x12, 0x9A, 0x78, 0x56, 0}));
     EXPECT_EQ(ExtHead8A(8, 30000, 1001), (Bytes{0x8A, 0, 8, 0, 0x30, 0x75, 0xE9, 0x03}));

@@ -1,14 +1,12 @@
 #include "Frames/FrameSource.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <string_view>
 
 #include "FrameWriter/ExtHeads.h"
 #include "Frames/FrameState.h"
 #include "Support/RandomStream.h"
 #include "Support/Sift.h"
+#include "Support/Testing.h"
 
 namespace Marvane::FrameSift {
 
@@ -22,9 +20,7 @@ TEST(FrameSource, OffsetsLeadToTheFramesWhateverTheChunk)
         SCOPED_TRACE(nChunk);
         CFrameSource source;
         size_t nFrames = 0;
-        for (size_t nPos = 0; nPos < stream.size(); nPos += nChunk) {
-            Bytes chunk(stream.begin() + static_cast<ptrdiff_t>(nPos),
-                        stream.begin() + static_cast<ptrdiff_t>(std::min(nPos + nChunk, stream.size())));
+        InChunks(stream, FixedChunks(nChunk), [&](Bytes& chunk) {
             source.Feed(chunk);
             for (LISTED_FRAME listed; source.Next(listed);) {
                 nFrames += IsLostFrame(listed.frame) ? 0U : 1U; // audio counts along here, which makes gaps in video
@@ -38,7 +34,7 @@ TEST(FrameSource, OffsetsLeadToTheFramesWhateverTheChunk)
                     EXPECT_TRUE(std::equal(pFrame, pFrame + nFrameLen, stream.begin() + listed.nFrameOffset));
                 }
             }
-        }
+        });
         EXPECT_EQ(nFrames, 30U + 1 + 2); // the block; a damaged head and its tail
         EXPECT_EQ(source.UnfinishedBytes(), 0U);
     }
@@ -57,11 +53,10 @@ TEST(FrameSource, WhatAHandleBlanksStandsInTheParsedRecord)
     source.Feed(stream);
     LISTED_FRAME listed;
     ASSERT_TRUE(source.Next(listed));
-    EXPECT_EQ(int32_t{listed.frame.frameSubType}, KX_FRAME_SUB_TYPE_VIDEO_I_FRAME);
-    EXPECT_EQ(int32_t{listed.parsed.frameSubType}, KX_FRAME_SUB_TYPE_VIDEO_SMART_I_FRAME);
-    EXPECT_EQ(int32_t{listed.frame.nEncryptType}, 0);
-    EXPECT_EQ(int32_t{listed.parsed.nEncryptType}, KX_ENCRYPT_3DES);
-    EXPECT_EQ(int32_t{listed.parsed.deinterlace}, KX_DEINTERLACE_SINGLE);
+    EXPECT_EQ((Fields{listed.frame.frameSubType, listed.parsed.frameSubType, listed.frame.nEncryptType,
+                      listed.parsed.nEncryptType, listed.parsed.deinterlace}),
+              (Fields{KX_FRAME_SUB_TYPE_VIDEO_I_FRAME, KX_FRAME_SUB_TYPE_VIDEO_SMART_I_FRAME, 0, KX_ENCRYPT_3DES,
+                      KX_DEINTERLACE_SINGLE}));
     EXPECT_EQ(listed.nAnnouncedWidth, 352);
     EXPECT_EQ(listed.nAnnouncedHeight, 288);
     ASSERT_TRUE(source.Next(listed)); // its size is that of the key frame, whatever its own head says

@@ -1,10 +1,8 @@
 #include "Keys/KeyOption.h"
 
-#include <gtest/gtest.h>
-
 #include "App/CommandRun.h"
-#include "App/SampleUnits.h"
 #include "Io/AppError.h"
+#include "Support/Samples.h"
 #include "Support/TempDirectory.h"
 
 namespace Marvane::FrameSift {
@@ -73,32 +71,26 @@ TEST_F(KeyOption, NeitherOutputNorLogShowsAKey)
     const std::string log = " --log " + m_directory.Path() + " --log-level 7 ";
     const std::string mux = "mux -o " + recording + " --video-codec h264 --video " + SamplePath("h264/16x16.h264");
     const std::string broken = sc_hex.substr(0, 31) + "g";
-    const struct
-    {
-        std::string arguments;
-        int nExitCode;
-    } rows[] = {
-        {mux + " --key " + sc_hex, 0},
-        {"frames --json --key " + sc_hex + log + recording, 0},
-        {"frames --key " + sc_hex + log + m_path, 3},
-        {"frames --key " + broken + log + recording, 2},
-        {"frames --key " + sc_hex.substr(1) + log + recording, 2},
-        {"frames --key @" + sc_hex + log + recording, 2},
-        {"frames --key " + sc_hex + " --key " + sc_hex + log + recording, 2},
-        {"frames " + recording + " --kye " + sc_hex, 2},
-        {"frames " + recording + " --kye=" + broken, 2},
-        {"frames " + recording + " -k" + sc_hex, 2},
-        {"frames " + recording + " --key" + sc_hex, 2},
-        {"frames " + recording + " " + sc_hex, 2},
-        {"frames --key " + sc_hex + " --limit 0 " + recording, 2},
-        {"--key " + sc_hex + " frames " + recording, 2},
-        {mux + " --key " + broken, 2},
-        {mux + " --cipher-head 89 --kye " + sc_hex, 2},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.arguments);
-        const CommandResult result = RunFramesift(row.arguments);
-        EXPECT_EQ(result.nExitCode, row.nExitCode) << result.errors;
+    for (const auto& [arguments, nExitCode] :
+         Rows<std::string, int>{{mux + " --key " + sc_hex, 0},
+                                {"frames --json --key " + sc_hex + log + recording, 0},
+                                {"frames --key " + sc_hex + log + m_path, 3},
+                                {"frames --key " + broken + log + recording, 2},
+                                {"frames --key " + sc_hex.substr(1) + log + recording, 2},
+                                {"frames --key @" + sc_hex + log + recording, 2},
+                                {"frames --key " + sc_hex + " --key " + sc_hex + log + recording, 2},
+                                {"frames " + recording + " --kye " + sc_hex, 2},
+                                {"frames " + recording + " --kye=" + broken, 2},
+                                {"frames " + recording + " -k" + sc_hex, 2},
+                                {"frames " + recording + " --key" + sc_hex, 2},
+                                {"frames " + recording + " " + sc_hex, 2},
+                                {"frames --key " + sc_hex + " --limit 0 " + recording, 2},
+                                {"--key " + sc_hex + " frames " + recording, 2},
+                                {mux + " --key " + broken, 2},
+                                {mux + " --cipher-head 89 --kye " + sc_hex, 2}}) {
+        SCOPED_TRACE(arguments);
+        const CommandResult result = RunFramesift(arguments);
+        EXPECT_EQ(result.nExitCode, nExitCode) << result.errors;
         const std::string shown = result.output + result.errors + ReadText(m_directory.Path() + "/SiftKit.log");
         for (size_t n = 0; n + 8 <= sc_hex.size(); ++n) // nor a piece of it
             EXPECT_EQ(shown.find(sc_hex.substr(n, 8)), std::string::npos) << shown;

@@ -1,10 +1,9 @@
 #include "Mux/PayloadSeal.h"
 
-#include <gtest/gtest.h>
-
 #include "FrameWriter/ExtHeads.h"
 #include "Frames/FrameSource.h"
 #include "Support/Sift.h"
+#include "Support/Testing.h"
 
 namespace Marvane::FrameSift {
 
@@ -40,20 +39,14 @@ TEST(PayloadSeal, GoldenFrames)
 {
     const Bytes payload = sc_plain + Bytes{1, 2, 3};
     const Bytes onWire = sc_cipher + Bytes{1, 2, 3};
-    const struct
-    {
-        CHECKSUM eKind;
-        Bytes head88;
-    } rows[] = {
-        {CHECKSUM::Sum32, {0x88, 0x1C, 0xC4, 0x65, 0xE4, 0, 0, 0}},
-        {CHECKSUM::Xor32, {0x88, 0xAA, 0xC4, 0x95, 0x32, 0, 0, 1}},
-        {CHECKSUM::Crc32, {0x88, 0xD4, 0xB1, 0xC9, 0x0F, 0, 0, 2}},
-    };
-    for (const auto& row : rows) {
-        const Bytes whole = ZoavFrame().ExtHead({0x89, 0, 0, 0}).ExtHead(row.head88).Payload(onWire);
-        EXPECT_EQ(Sealed({sc_key, CIPHER_HEAD::Whole, row.eKind}, payload), whole);
-        const Bytes part = ZoavFrame().ExtHead({0x95, 0, 0, 0, 19, 0, 0, 0}).ExtHead(row.head88).Payload(onWire);
-        EXPECT_EQ(Sealed({sc_key, CIPHER_HEAD::Part, row.eKind}, payload), part);
+    for (const auto& [eKind, head88] :
+         Rows<CHECKSUM, Bytes>{{CHECKSUM::Sum32, {0x88, 0x1C, 0xC4, 0x65, 0xE4, 0, 0, 0}},
+                               {CHECKSUM::Xor32, {0x88, 0xAA, 0xC4, 0x95, 0x32, 0, 0, 1}},
+                               {CHECKSUM::Crc32, {0x88, 0xD4, 0xB1, 0xC9, 0x0F, 0, 0, 2}}}) {
+        const Bytes whole = ZoavFrame().ExtHead({0x89, 0, 0, 0}).ExtHead(head88).Payload(onWire);
+        EXPECT_EQ(Sealed({sc_key, CIPHER_HEAD::Whole, eKind}, payload), whole);
+        const Bytes part = ZoavFrame().ExtHead({0x95, 0, 0, 0, 19, 0, 0, 0}).ExtHead(head88).Payload(onWire);
+        EXPECT_EQ(Sealed({sc_key, CIPHER_HEAD::Part, eKind}, payload), part);
     }
     EXPECT_EQ(Sealed({}, payload), ZoavFrame().Payload(payload).Build());
 }

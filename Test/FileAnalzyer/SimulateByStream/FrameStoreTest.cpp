@@ -1,6 +1,5 @@
 #include "FileAnalzyer/SimulateByStream/FrameStore.h"
-
-#include <gtest/gtest.h>
+#include "Support/Testing.h"
 
 namespace Marvane::FrameSift {
 
@@ -61,24 +60,15 @@ TEST(FrameStore, AnEmptyQueueTouchesNothing)
 TEST(FrameStore, APFrameTakesTheNearestEarlierKeyFrame)
 {
     CFrameStore store;
-    Put(store, Video(P, 5), Ext(5, P, 1)); // before any key frame
-    Put(store, Video(I, 10), Ext(10, I, 100));
-    Put(store, Video(P, 11), Ext(11, P, 2));
-    Put(store, Video(I, 20), Ext(20, I, 200));
-    Put(store, Video(P, 25), Ext(25, P, 3));
-    Put(store, Video(SmartP, 30), Ext(30, SmartP, 300));
-    Put(store, Video(P, 31), Ext(31, P, 4));
-    EXPECT_EQ(uint16_t{Take(store).srcPicWidth}, 0);
-    EXPECT_EQ(uint16_t{Take(store).srcPicWidth}, 100);
-    EXPECT_EQ(uint16_t{Take(store).srcPicWidth}, 100);
-    EXPECT_EQ(uint16_t{Take(store).srcPicWidth}, 200);
-    const ExtZOAVIFrameInfo behindI = Take(store);
-    EXPECT_EQ(uint16_t{behindI.srcPicWidth}, 200);
-    EXPECT_EQ(uint32_t{behindI.refIFrameSeq}, 99U);
-    EXPECT_EQ(uint16_t{Take(store).srcPicWidth}, 300);
-    const ExtZOAVIFrameInfo behindSmartP = Take(store);
-    EXPECT_EQ(uint16_t{behindSmartP.srcPicWidth}, 300);
-    EXPECT_EQ(uint32_t{behindSmartP.refIFrameSeq}, 0U);
+    for (const auto& [nSubType, nSeq, nWidth] : Rows<int32_t, int32_t, uint16_t>{
+             {P, 5, 1}, {I, 10, 100}, {P, 11, 2}, {I, 20, 200}, {P, 25, 3}, {SmartP, 30, 300}, {P, 31, 4}})
+        Put(store, Video(nSubType, nSeq), Ext(nSeq, nSubType, nWidth));
+    // The first came before any key frame; of a smart P frame its own reference is not passed on.
+    for (const auto& [nWidth, nRef] :
+         Rows<uint16_t, uint32_t>{{0, 0}, {100, 99}, {100, 99}, {200, 99}, {200, 99}, {300, 99}, {300, 0}}) {
+        const ExtZOAVIFrameInfo taken = Take(store);
+        EXPECT_EQ((Fields{taken.srcPicWidth, taken.refIFrameSeq}), (Fields{nWidth, nRef}));
+    }
 }
 
 TEST(FrameStore, TheKeyFrameOfAnEarlierCycleServesWithoutItsPointers)
@@ -86,25 +76,20 @@ TEST(FrameStore, TheKeyFrameOfAnEarlierCycleServesWithoutItsPointers)
     CFrameStore store;
     uint8_t byte = 0;
     ExtZOAVIFrameInfo ext = Ext(10, I, 100);
-    ext.osdExtDataPtr = &byte;
-    ext.osdExtDataLen = 1;
-    ext.svacEncryptKeyData = &byte;
-    ext.svacEncryptKeyLen = 1;
+    ext.osdExtDataPtr = ext.svacEncryptKeyData = ext.digtalSignatureEncdecDataPtr = &byte;
+    ext.osdExtDataLen = ext.svacEncryptKeyLen = 1;
     ext.svacEncryptDataLen = 1;
-    ext.digtalSignatureEncdecDataPtr = &byte;
     ext.digtalSignatureSamplenlen = 1;
     ext.digtalSignatureEncdeclen = 5;
     Put(store, Video(I, 10), ext);
     store.Clear();
     Put(store, Video(P, 11), Ext(11, P, 1));
     const ExtZOAVIFrameInfo taken = Take(store);
-    EXPECT_EQ(uint16_t{taken.srcPicWidth}, 100);
-    EXPECT_TRUE(taken.osdExtDataPtr == nullptr);
-    EXPECT_TRUE(taken.svacEncryptKeyData == nullptr);
+    EXPECT_TRUE(taken.osdExtDataPtr == nullptr && taken.svacEncryptKeyData == nullptr);
     EXPECT_TRUE(taken.digtalSignatureEncdecDataPtr == nullptr);
-    EXPECT_EQ(taken.osdExtDataLen + taken.svacEncryptKeyLen + taken.svacEncryptDataLen, 0);
-    EXPECT_EQ(uint32_t{taken.digtalSignatureSamplenlen}, 0U);
-    EXPECT_EQ(uint16_t{taken.digtalSignatureEncdeclen}, 5);
+    EXPECT_EQ((Fields{taken.srcPicWidth, taken.osdExtDataLen, taken.svacEncryptKeyLen, taken.svacEncryptDataLen,
+                      taken.digtalSignatureSamplenlen, taken.digtalSignatureEncdeclen}),
+              (Fields{100, 0, 0, 0, 0, 5}));
 }
 
 TEST(FrameStore, OnlyTheFamilyHasExtensionData)
@@ -121,27 +106,22 @@ TEST(FrameStore, OnlyTheFamilyHasExtensionData)
 
 TEST(FrameStore, ADecipheredFrameReadsAsClear)
 {
-    const struct
-    {
-        int32_t nEncryptType;
-        uint8_t bHasDecrypt;
-        int32_t nExpected;
-    } rows[] = {{KX_ENCRYPT_AES, 1, 0},
-                {KX_ENCRYPT_AES, 0, 1},
-                {KX_ENCRYPT_AES256, 1, 0},
-                {KX_ENCRYPT_AES256_GDPR2, 1, 0},
-                {KX_ENCRYPT_SM4_ECB, 1, 12}};
-    for (const auto& row : rows) {
+    for (const auto& [nEncryptType, bHasDecrypt, nExpected] :
+         Rows<int32_t, uint8_t, int32_t>{{KX_ENCRYPT_AES, 1, 0},
+                                         {KX_ENCRYPT_AES, 0, 1},
+                                         {KX_ENCRYPT_AES256, 1, 0},
+                                         {KX_ENCRYPT_AES256_GDPR2, 1, 0},
+                                         {KX_ENCRYPT_SM4_ECB, 1, 12}}) {
         CFrameStore store;
         FrameInfo frame = Video(P, 1);
-        frame.nEncryptType = row.nEncryptType;
+        frame.nEncryptType = nEncryptType;
         frame.nEncryptLen = 16;
-        frame.bHasDecrypt = row.bHasDecrypt;
+        frame.bHasDecrypt = bHasDecrypt;
         Put(store, frame, {});
         ExtZOAVIFrameInfo ext{};
         ASSERT_EQ(store.GetFrame(&frame, &ext), KX_SUCCESS);
-        EXPECT_EQ(int32_t{frame.nEncryptType}, row.nExpected);
-        EXPECT_EQ(int32_t{frame.nEncryptLen}, row.nExpected == 0 ? 0 : 16);
+        EXPECT_EQ(int32_t{frame.nEncryptType}, nExpected);
+        EXPECT_EQ(int32_t{frame.nEncryptLen}, nExpected == 0 ? 0 : 16);
     }
 }
 

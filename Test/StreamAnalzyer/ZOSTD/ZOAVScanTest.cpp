@@ -1,76 +1,80 @@
 // What the scan asks of a ZOAV stream besides its frames.
-#include <gtest/gtest.h>
 
-#include <algorithm>
-#include <ctime>
-#include <utility>
-#include <vector>
-
-#include "FrameWriter/ZOAVFrameWriter.h"
 #include "Memory/LogicData.h"
 #include "StreamAnalzyer/ZOSTD/ZOAVStream.h"
 #include "Support/Sift.h"
+#include "Support/Testing.h"
+#include "Support/ZoavParse.h"
+#include "Tools/KXConvert.h"
 
 namespace Marvane::FrameSift {
 
 TEST(ZoavEndTime, OnlyHeadsCountAndOnlyTheirTime)
 {
-    class CTimes : public IFrameCallBack
-    {
-    public:
-        int OnFrame(FrameInfo* frame, ExtZOAVIFrameInfo*, void*) override
-        {
-            stamps.push_back(int32_t{frame->timeStamp});
-            lengths.push_back(int32_t{frame->frameLen});
-            return 0;
-        }
-        std::vector<int32_t> stamps, lengths;
-    };
-    Bytes bytes = Bytes{'z', 'o', 'a', 'v'} + Bytes{'Z', 'O', 'I', 'I', 0, 0, 0, 0} +
-                  ZoavFrame().TimeStamp(7).WrongSum() + ZoavFrame().TimeStamp(8).ClaimLength(0x1300000) + Filler(48);
-    CZOAVStream stream;
-    stream.SetCallBackUserData(reinterpret_cast<void*>(intptr_t{CALLBACK_USE_BASE_END_TIME}));
-    CLogicData data;
-    data.JoinData(bytes.data(), static_cast<int>(bytes.size()));
-    CTimes times;
-    EXPECT_EQ(stream.ParseData(&data, &times), KX_SUCCESS);
-    EXPECT_EQ(times.stamps, (std::vector<int32_t>{7, 8}));
-    EXPECT_EQ(times.lengths, (std::vector<int32_t>{0, 0}));
+    CZoavParse parse;
+    parse.stream.SetCallBackUserData(reinterpret_cast<void*>(intptr_t{CALLBACK_USE_BASE_END_TIME}));
+    const auto frames =
+        parse.Feed(Bytes{'z', 'o', 'a', 'v', 'Z', 'O', 'I', 'I', 0, 0, 0, 0} + ZoavFrame().TimeStamp(7).WrongSum() +
+                   ZoavFrame().TimeStamp(8).ClaimLength(0x1300000) + Filler(48));
+    ASSERT_EQ(frames.size(), 2U);
+    EXPECT_EQ((Fields{frames[0].frame.timeStamp, frames[1].frame.timeStamp, frames[0].frame.frameLen}),
+              (Fields{7, 8, 0}));
 }
 
-TEST(ZoavKeyFrames, AreFoundByTheirHeads)
+namespace {
+
+struct SCAN
 {
-    Bytes bytes = ZoavFrame().Type(ZOAV_FRAME::P).Payload(Filler(10)) + ZoavFrame().Payload(Filler(10)) +
-                  ZoavFrame().Type(ZOAV_FRAME::P, 1) + ZoavFrame().Type(ZOAV_FRAME::Audio) +
-                  ZoavFrame().Type(ZOAV_FRAME::Jpeg).ClaimLength(0xFFFFFFFF);
-    CZOAVStream stream;
+    explicit SCAN(Bytes source) : bytes(std::move(source))
+    {
+        data.JoinData(bytes.data(), static_cast<int>(bytes.size()));
+    }
+
+    Bytes bytes;
     CLogicData data;
-    data.JoinData(bytes.data(), static_cast<int>(bytes.size()));
-    EXPECT_FALSE(stream.ParseKeyFrame(&data, false));
+    CZOAVStream stream;
+};
+
+} // namespace
+
+TEST(ZoavKeyFrames, AreFoundByTheirHeadsAndTheLastIsGivenFirst)
+{
+    // One that ends before it begins must not hold the scan up.
+    SCAN scan(ZoavFrame().Type(ZOAV_FRAME::P).Payload(Filler(10)) + ZoavFrame().Payload(Filler(10)) +
+              ZoavFrame().Type(ZOAV_FRAME::P, 1).ClaimLength(0) + ZoavFrame().Type(ZOAV_FRAME::Audio) +
+              ZoavFrame().Type(ZOAV_FRAME::Jpeg).ClaimLength(0xFFFFFFFF));
+    EXPECT_FALSE(scan.stream.ParseKeyFrame(&scan.data, false));
     VIDEO_KEY_FRAME_INFO info{};
     for (const auto& [nPos, nSubType] : {std::pair{148, 8}, {84, 19}, {42, 0}}) {
-        ASSERT_TRUE(stream.GetVideoKeyFrameInfo(info));
-        EXPECT_EQ(info.nVideoFramePos, nPos);
-        EXPECT_EQ(info.nFrameSubType, nSubType);
+        ASSERT_TRUE(scan.stream.GetVideoKeyFrameInfo(info));
+        EXPECT_EQ((Fields{info.nVideoFramePos, info.nFrameSubType}), (Fields{nPos, nSubType}));
     }
+    EXPECT_FALSE(scan.stream.GetVideoKeyFrameInfo(info));
+    // One I frame is enough if asked for; what was noted before it can be dropped.
+    SCAN one(ZoavFrame().Type(ZOAV_FRAME::P, 1) + ZoavFrame().Type(ZOAV_FRAME::I, 2) + ZoavFrame().Build());
+    EXPECT_TRUE(one.stream.ParseKeyFrame(&one.data, true));
+    ASSERT_TRUE(one.stream.GetVideoKeyFrameInfo(info));
+    EXPECT_EQ(info.nFrameSubType, 20);
+    one.stream.ClearKeyFrameInfo();
+    EXPECT_FALSE(one.stream.GetVideoKeyFrameInfo(info));
 }
 
 TEST(ZoavTime, IsLocalTimeInMilliseconds)
 {
-    Bytes bytes = ZoavFrame().Time({2031, 4, 9, 10, 31, 2, 0}).TimeStamp(999).Payload({});
-    CZOAVStream stream;
-    CLogicData data;
-    data.JoinData(bytes.data(), static_cast<int>(bytes.size()));
+    SCAN scan(Filler(2) + ZoavFrame().Time({2031, 4, 9, 10, 31, 2, 0}).TimeStamp(999).Build());
     int64_t nTime = 0;
-    ASSERT_TRUE(stream.ParseFrameTime(&data, nTime));
-    std::tm local{};
-    local.tm_year = 131;
-    local.tm_mon = 3;
-    local.tm_mday = 9;
-    local.tm_hour = 10;
-    local.tm_min = 31;
-    local.tm_sec = 2;
-    EXPECT_EQ(nTime, int64_t{static_cast<uint32_t>(std::mktime(&local))} * 1000);
+    ASSERT_TRUE(scan.stream.ParseFrameTime(&scan.data, nTime));
+    EXPECT_EQ(nTime, int64_t{CKXConvert::KXTimeToTimeStamp({2031, 4, 9, 10, 31, 2, 0})} * 1000);
+    int64_t nStreamPos = 0;
+    int64_t nFramePos = 0;
+    scan.data.GetKeyPos(nStreamPos, nFramePos);
+    EXPECT_EQ(nFramePos, 2);
+    EXPECT_FALSE(scan.stream.ParseFrameTime(nullptr, nTime));
+    // Without a frame the answer is whether the window was too short to keep anything of.
+    SCAN none(Filler(10));
+    SCAN tooShort(Filler(2));
+    EXPECT_FALSE(none.stream.ParseFrameTime(&none.data, nTime));
+    EXPECT_TRUE(tooShort.stream.ParseFrameTime(&tooShort.data, nTime));
 }
 
 // Not reached through the scan, which has the search for the next border turned off.

@@ -1,6 +1,6 @@
 // Small help with keys, for the files of CKXDecrypt.
-#ifndef FRAMESIFT_SRC_TOOLS_KXDECRYPTWIPE_H
-#define FRAMESIFT_SRC_TOOLS_KXDECRYPTWIPE_H
+#ifndef FRAMESIFT_SRC_TOOLS_KXDECRYPTBYTES_H
+#define FRAMESIFT_SRC_TOOLS_KXDECRYPTBYTES_H
 
 #include <algorithm>
 #include <cstddef>
