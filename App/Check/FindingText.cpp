@@ -17,9 +17,10 @@ std::string TimeOr(const KX_TIME& time)
 
 std::string KindText(const FRAME_MARK& mark)
 {
-    const std::string subType =
-        mark.nFrameType == KX_FRAME_TYPE_VIDEO ? " " + SubTypeName(mark.nFrameType, mark.nFrameSubType) : "";
-    return FrameTypeName(mark.nFrameType) + subType;
+    const std::string type = FrameTypeName(mark.nFrameType);
+    if (mark.nFrameType != KX_FRAME_TYPE_VIDEO)
+        return type;
+    return fmt::format("{} {}", type, SubTypeName(mark.nFrameType, mark.nFrameSubType));
 }
 
 std::string MarkText(const FRAME_MARK& mark)
@@ -29,9 +30,9 @@ std::string MarkText(const FRAME_MARK& mark)
 
 std::string NeighboursText(const FINDING& finding)
 {
-    const std::string before = finding.before ? "behind " + MarkText(*finding.before) : "at the start of the file";
-    const std::string after = finding.after ? "; then " + MarkText(*finding.after) : "; no frame follows";
-    return before + after;
+    const std::string before = finding.before ? MarkText(*finding.before) : "the start of the file";
+    const std::string after = finding.after ? fmt::format("then {}", MarkText(*finding.after)) : "no frame follows";
+    return fmt::format("behind {}; {}", before, after);
 }
 
 std::string LostText(const FINDING& finding)

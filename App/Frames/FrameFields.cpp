@@ -1,5 +1,9 @@
 #include "Frames/FrameFields.h"
 
+#include <fmt/format.h>
+
+#include <array>
+
 #include "Frames/CodeNames.h"
 #include "Frames/FrameState.h"
 #include "Frames/FrameText.h"
@@ -48,10 +52,10 @@ FIELD_VALUE NumbersIfMastered(const LISTED_FRAME& listed, uint16_t (FrameInfo::*
 {
     if (listed.parsed.nMaxLuminance == 0)
         return {};
-    std::string text;
+    std::array<uint16_t, COUNT> numbers; // copied, as the record is packed
     for (size_t n = 0; n < COUNT; ++n)
-        text += (n == 0 ? "" : " ") + std::to_string((listed.parsed.*pNumbers)[n]);
-    return text;
+        numbers[n] = (listed.parsed.*pNumbers)[n];
+    return fmt::format("{}", fmt::join(numbers, " "));
 }
 
 constexpr FRAME_FIELD sc_fields[] = {

@@ -35,7 +35,7 @@ std::string CipherText(const FrameInfo& parsed)
 {
     std::string text = CipherStateText(parsed);
     if (CipherStateOf(parsed) == CIPHER_STATE::Enciphered && parsed.nEncryptType != KX_ENCRYPT_AES)
-        text += " " + CipherName(parsed.nEncryptType);
+        text.append(" ").append(CipherName(parsed.nEncryptType));
     return OrDash(text);
 }
 

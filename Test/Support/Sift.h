@@ -37,8 +37,9 @@ SIFTED_FRAME ToSifted(const Record& info)
 {
     const KX_TIME time = info.frameTime;
     // With a watermark in doubt streamLen is only what the stream claims.
-    const auto nBehind = static_cast<int32_t>(info.framePointer + info.frameLen - info.streamPointer);
-    const bool bDoubtful = info.errorFlags == KX_ERROR_FLAGS_WATERMARK;
+    int32_t nPayload = info.streamLen;
+    if (info.errorFlags == KX_ERROR_FLAGS_WATERMARK)
+        nPayload = std::min(nPayload, static_cast<int32_t>(info.framePointer + info.frameLen - info.streamPointer));
     return {info.frameType,
             info.frameSubType,
             info.frameEncodeType,
@@ -55,7 +56,7 @@ SIFTED_FRAME ToSifted(const Record& info)
             info.streamLen,
             info.frameLen,
             {time.nYear, time.nMonth, time.nDay, time.nHour, time.nMinute, time.nSecond, time.nMilliSecond},
-            CopyOf(info.streamPointer, bDoubtful ? std::min<int32_t>(info.streamLen, nBehind) : info.streamLen),
+            CopyOf(info.streamPointer, nPayload),
             CopyOf(info.framePointer, info.frameLen)};
 }
 
