@@ -17,7 +17,7 @@ std::string TimeOr(const KX_TIME& time)
 
 std::string KindText(const FRAME_MARK& mark)
 {
-    const std::string type = FrameTypeName(mark.nFrameType);
+    std::string type = FrameTypeName(mark.nFrameType);
     if (mark.nFrameType != KX_FRAME_TYPE_VIDEO)
         return type;
     return fmt::format("{} {}", type, SubTypeName(mark.nFrameType, mark.nFrameSubType));
