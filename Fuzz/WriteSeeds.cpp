@@ -132,8 +132,8 @@ bool WriteSeeds(const std::string& target, const std::string& folder)
         return Write(folder + "/seed-fixed", run(fixedHeads) + Bytes(8, 0)) &&
                Write(folder + "/seed-sized", run(sizedHeads) + Bytes(8, 0));
     }
-    // Byte 0 chooses the cut; FuzzZoav has a second one in front.
-    const Bytes front = target == "FuzzZoav" ? Bytes{30, 3} : Bytes{30};
+    // Byte 0 chooses the cut, or the place to seek; some targets have a second one.
+    const Bytes front = target == "FuzzZoav" || target == "FuzzRecording" ? Bytes{3, 30} : Bytes{30};
     return Write(folder + "/seed-zoav", front + SoundStream(ZOAV_FAMILY::ZOAV)) &&
            Write(folder + "/seed-myav", front + SoundStream(ZOAV_FAMILY::MYAV)) &&
            Write(folder + "/seed-damaged", front + DamagedStream()) &&

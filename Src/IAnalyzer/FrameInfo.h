@@ -157,6 +157,18 @@ inline constexpr bool IsIFrameSubType(int32_t nFrameSubType)
            nFrameSubType == KX_FRAME_SUB_TYPE_VIDEO_SMART_I_NORENDER;
 }
 
+// A frame that was deciphered reads as clear. Kinds that nothing here deciphers keep what they say.
+inline void ClearFinishedCipher(FrameInfo& frame)
+{
+    const int32_t nEncryptType = frame.nEncryptType;
+    const bool bDecipherable =
+        nEncryptType == KX_ENCRYPT_AES || nEncryptType == KX_ENCRYPT_AES256 || nEncryptType == KX_ENCRYPT_AES256_GDPR2;
+    if (bDecipherable && frame.bHasDecrypt != 0) {
+        frame.nEncryptType = KX_ENCRYPT_UNKOWN;
+        frame.nEncryptLen = 0;
+    }
+}
+
 // A key frame serves on after its cycle, without what led into that cycle's window or spoke of that frame alone.
 inline void DropWindowPointers(ExtZOAVIFrameInfo& ext)
 {

@@ -10,7 +10,8 @@ class IGetError
 {
 public:
     virtual ~IGetError() = default;
-    // The last nonzero code that a call stored; a later success does not clear it.
+    // Of a stream: the last nonzero code; a later success does not clear it. Of a recording: the last code stored, the
+    // pass's own among them, which may be 0.
     virtual int32_t GetLastError() = 0;
 };
 

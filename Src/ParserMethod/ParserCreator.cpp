@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "FileAnalzyer/SimulateByStream/ZOAVFile.h"
 #include "Memory/TryAlloc.h"
 #include "Memory/WindowRead.h"
 #include "ParserMethod/LegacyWords.h"
@@ -54,10 +55,10 @@ bool IsRemarkable(uint32_t nWord)
 }
 
 // Null without memory, whether for the parser itself or for what its members allocate.
-template <class Parser>
-std::unique_ptr<IStreamAnalzyer> MakeParser()
+template <class Interface, class Parser>
+std::unique_ptr<Interface> MakeParser()
 {
-    std::unique_ptr<IStreamAnalzyer> pParser;
+    std::unique_ptr<Interface> pParser;
     (void)TryAlloc([&pParser] { pParser = std::make_unique<Parser>(); });
     return pParser;
 }
@@ -133,7 +134,20 @@ std::unique_ptr<IStreamAnalzyer> CParserCreator::CreateStreamAnalyzer(uint32_t n
     case KX_STREAM_TYPE_STD_MY:
     case KX_STREAM_TYPE_STD_LX:
     case KX_STREAM_TYPE_STD_WM:
-        return MakeParser<CZOAVStream>();
+        return MakeParser<IStreamAnalzyer, CZOAVStream>();
+    default:
+        return nullptr;
+    }
+}
+
+std::unique_ptr<IFileAnalzyer> CParserCreator::CreateFileAnalyzer(uint32_t nStreamType)
+{
+    switch (nStreamType) {
+    case KX_STREAM_TYPE_ZOSTD:
+    case KX_STREAM_TYPE_STD_MY:
+    case KX_STREAM_TYPE_STD_LX:
+    case KX_STREAM_TYPE_STD_WM:
+        return MakeParser<IFileAnalzyer, CZOAVFile>();
     default:
         return nullptr;
     }

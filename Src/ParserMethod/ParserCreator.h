@@ -6,6 +6,7 @@
 #include <memory>
 #include <vector>
 
+#include "IAnalyzer/IFileAnalzyer.h"
 #include "IAnalyzer/IStreamAnalzyer.h"
 
 namespace Marvane::FrameSift {
@@ -26,6 +27,8 @@ public:
 
     // Null for a type without a parser, and without memory.
     static std::unique_ptr<IStreamAnalzyer> CreateStreamAnalyzer(uint32_t nStreamType);
+    // The same for recordings.
+    static std::unique_ptr<IFileAnalzyer> CreateFileAnalyzer(uint32_t nStreamType);
 
     // The checks of the chain.
     bool checkZOAV(CLogicData* plogicData, uint32_t nScanID, int32_t nIndex);

@@ -2,16 +2,14 @@
 #include <algorithm>
 #include <cstring>
 
+#include "IAnalyzer/ParamType.h"
 #include "Memory/TryAlloc.h"
-#include "ParserMethod/ParamType.h"
+#include "ParserMethod/DecryptParam.h"
 #include "ParserMethod/StreamAnalyzer.h"
 
 namespace Marvane::FrameSift {
 
 namespace {
-
-constexpr int sc_decryptParamSize = 64;
-static_assert(sizeof(KX_DECRYPT_PARAM) == sc_decryptParamSize);
 
 // One AES-256 key as it waits among others.
 struct AES256_KEY_RECORD
@@ -35,36 +33,6 @@ template <size_t N>
 void CopyFront(uint8_t (&to)[N], const char* pFrom, int32_t nLen)
 {
     std::memcpy(to, pFrom, std::min(N, static_cast<size_t>(nLen)));
-}
-
-// A copy of its own in place of the block that pBlock owns; no block for no bytes. False without memory: there is then
-// no block either.
-bool ReplaceBlock(char*& pBlock, int32_t& nBlockLen, const char* pFrom, int32_t nLen)
-{
-    delete[] pBlock;
-    pBlock = nullptr;
-    nBlockLen = 0;
-    if (nLen < 1)
-        return true;
-    pBlock = TRY_ALLOC_ARRAY<char>(static_cast<size_t>(nLen)).release();
-    if (pBlock == nullptr)
-        return false;
-    std::memcpy(pBlock, pFrom, static_cast<size_t>(nLen));
-    nBlockLen = nLen;
-    return true;
-}
-
-void FreeDecryptParam(KX_DECRYPT_PARAM& param)
-{
-    delete[] param.pKey;
-    delete[] param.pKeyId;
-    delete param.pPublicKey;
-    param.pKey = nullptr;
-    param.pKeyId = nullptr;
-    param.pPublicKey = nullptr;
-    param.nKeyLen = 0;
-    param.nKeyIdLen = 0;
-    param.bSetPublicKey = false;
 }
 
 } // namespace
@@ -105,7 +73,7 @@ int CStreamAnalyzer::SetParamEx(unsigned int type, const void* param, int size)
     m_nEncryptType = sc_ringKinds[type - KX_PARAM_DECRYPT_AES256_GDPR2];
     if (!m_bChoosedClass.load(std::memory_order_acquire))
         return WaitInKeyRing(key);
-    m_pStreamAnalzyer->SetExtInfo(m_nEncryptType, static_cast<const unsigned char*>(param), sc_decryptParamSize);
+    m_pStreamAnalzyer->SetExtInfo(m_nEncryptType, static_cast<const unsigned char*>(param), gsk_decryptParamSize);
     return KeyTaken();
 }
 
@@ -146,8 +114,7 @@ int CStreamAnalyzer::WaitInKeyRing(const KX_DECRYPT_PARAM& param)
     KX_DECRYPT_PARAM& entry = m_DecryptParam[static_cast<size_t>(m_nVkekNum)];
     if (!ReplaceBlock(entry.pKey, entry.nKeyLen, param.pKey, param.nKeyLen))
         return KX_ERROR_SYSTEM_OUT_OF_MEMORY;
-    const int32_t nKeyIdLen = param.pKeyId != nullptr ? param.nKeyIdLen : 0;
-    if (!ReplaceBlock(entry.pKeyId, entry.nKeyIdLen, param.pKeyId, nKeyIdLen))
+    if (!ReplaceBlock(entry.pKeyId, entry.nKeyIdLen, param.pKeyId, param.nKeyIdLen))
         return KX_ERROR_SYSTEM_OUT_OF_MEMORY;
     if (param.pPublicKey != nullptr && param.bSetPublicKey) {
         delete entry.pPublicKey;
@@ -173,7 +140,7 @@ void CStreamAnalyzer::HandOverKeys()
     } else if (m_nEncryptType == KX_ENCRYPT_AES256) {
         m_pStreamAnalzyer->SetExtInfo(KX_ENCRYPT_AES256, m_DecryptData.GetPointer(), m_DecryptData.GetDataLen());
         m_DecryptData.Clear();
-    } else if (m_nEncryptType >= KX_ENCRYPT_AES256_GDPR2 && m_nEncryptType <= KX_ENCRYPT_SM4_OFB) {
+    } else if (IsKeyRingKind(m_nEncryptType)) {
         HandOverKeyRing();
     }
     m_bKeySet.store(false, std::memory_order_relaxed);
@@ -184,7 +151,7 @@ void CStreamAnalyzer::HandOverKeyRing()
 {
     for (KX_DECRYPT_PARAM& param : m_DecryptParam) {
         m_pStreamAnalzyer->SetExtInfo(m_nEncryptType, reinterpret_cast<const unsigned char*>(&param),
-                                      sc_decryptParamSize);
+                                      gsk_decryptParamSize);
         FreeDecryptParam(param);
     }
     m_nVkekNum = 0;

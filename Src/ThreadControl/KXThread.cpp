@@ -2,6 +2,14 @@
 
 namespace Marvane::FrameSift {
 
+namespace {
+
+// Not by the thread's number, which the system gives to another one as soon as this one is gone.
+thread_local const CKXThread* t_pCurrent = nullptr;
+std::atomic<int32_t> s_nDeleting = 0;
+
+} // namespace
+
 CKXThread::~CKXThread()
 {
     CloseThread();
@@ -29,7 +37,10 @@ uint32_t CKXThread::CloseThread()
     if (!m_threadInfo.bCreated.load(std::memory_order_relaxed))
         return 0;
     m_threadInfo.bRun.store(false, std::memory_order_relaxed);
-    pthread_join(m_threadInfo.hThread.load(std::memory_order_relaxed), nullptr);
+    if (IsOwnThread())
+        pthread_detach(pthread_self());
+    else
+        pthread_join(m_threadInfo.hThread.load(std::memory_order_relaxed), nullptr);
     m_threadInfo.hThread.store(0, std::memory_order_relaxed);
     m_threadInfo.bCreated.store(false, std::memory_order_relaxed);
     return 0;
@@ -41,11 +52,32 @@ bool CKXThread::IsRuning() const
            m_threadInfo.bCreated.load(std::memory_order_relaxed) && m_threadInfo.bRun.load(std::memory_order_relaxed);
 }
 
+bool CKXThread::IsOwnThread() const
+{
+    return t_pCurrent == this;
+}
+
+void CKXThread::DeleteWhenDone()
+{
+    m_bDeleteWhenDone = true;
+    ++s_nDeleting;
+}
+
+int32_t CKXThread::CountDeleting()
+{
+    return s_nDeleting;
+}
+
 void* CKXThread::OutSideThreadProc(void* pThread)
 {
     auto* pSelf = static_cast<CKXThread*>(pThread);
+    t_pCurrent = pSelf;
     pSelf->m_threadInfo.hThread.store(pthread_self(), std::memory_order_relaxed); // the creator's store may come later
     pSelf->InsideThreadProc();
+    if (pSelf->m_bDeleteWhenDone) {
+        delete pSelf;
+        --s_nDeleting;
+    }
     return nullptr;
 }
 

@@ -33,17 +33,29 @@ public:
     // False if the system gives no thread. A thread that was begun before is closed first.
     bool BeginThread();
 
-    // Asks the thread to end and waits for it, for ever if the procedure does not look at IsRuning. Always 0.
+    // Asks the thread to end and waits for it, for ever if the procedure does not look at IsRuning. Always 0. Called on
+    // the thread itself, which cannot wait for its own end, it lets it run out alone: the object must outlive it, as it
+    // does behind DeleteWhenDone.
     uint32_t CloseThread();
 
     // True from BeginThread to CloseThread, also after the procedure has returned of itself.
     bool IsRuning() const;
+
+    // Whether the caller is the thread that BeginThread began.
+    bool IsOwnThread() const;
+
+    // On the own thread only: as its last act it deletes the object, which must have come from new.
+    void DeleteWhenDone();
+    // Threads that will do so, and have not yet.
+    static int32_t CountDeleting();
 
 protected:
     KX_THREAD_INFO m_threadInfo;
 
 private:
     static void* OutSideThreadProc(void* pThread);
+
+    bool m_bDeleteWhenDone = false; // the own thread's alone
 };
 
 } // namespace Marvane::FrameSift

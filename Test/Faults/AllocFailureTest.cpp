@@ -2,15 +2,19 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstdlib>
 #include <new>
+#include <thread>
 
 #include "Support/Sift.h"
+#include "Support/TempDirectory.h"
 
 namespace {
 
-bool g_bCounting = false;
-int g_nUntilFailure = -1;
+// A pass allocates on a thread of its own.
+std::atomic<bool> g_bCounting = false;
+std::atomic<int> g_nUntilFailure = -1;
 
 void* Allocate(size_t nSize)
 {
@@ -109,13 +113,100 @@ LIFE Live(const Bytes& stream)
     return life;
 }
 
-} // namespace
-
-TEST(AllocFailure, NoneLeavesACallAsAnException)
+Bytes FiveFrames()
 {
     Bytes stream;
     for (uint32_t nSeq = 1; nSeq <= 5; ++nSeq)
         stream = stream + ZoavFrame().Seq(nSeq).ExtHead({0xB1, 3, 42}).Payload(Bytes(nSeq * 9000, 0xAB));
+    return stream;
+}
+
+struct FILE_LIFE
+{
+    std::atomic<bool> bEnd = false;
+    std::vector<int> results; // of each call, with the last error at the end
+    int nIndexed = 0;
+    int nRead = 0;
+};
+
+int32_t NoteIndex(void*, KX_FRAME_INFO* frame, KX_INDEX_INFO*, int32_t, void* userData)
+{
+    auto* pLife = static_cast<FILE_LIFE*>(userData);
+    pLife->nIndexed += frame != nullptr ? 1 : 0;
+    pLife->bEnd = frame == nullptr;
+    return 0;
+}
+
+// The whole life of a recording, through the public calls.
+void LiveFile(const char* path, FILE_LIFE& life)
+{
+    void* handle = KX_CreateFileHandle(0, path);
+    life.results.push_back(handle != nullptr ? KX_SUCCESS : KX_ERROR_SYSTEM_OUT_OF_MEMORY);
+    life.results.push_back(handle != nullptr ? KX_FileParser(handle, NoteIndex, nullptr, &life) : 0);
+    while (handle != nullptr && life.results.back() == KX_SUCCESS && !life.bEnd)
+        std::this_thread::yield();
+    for (const int nSeekType : {KX_SEEK_I_FRAME, KX_SEEK_PRECISE_OFFSET}) {
+        KX_FileSeekByOffset(handle, nSeekType == KX_SEEK_I_FRAME ? 60000 : 0, nSeekType);
+        KX_FRAME_INFO frame;
+        KXint64 nOffset = 0;
+        life.nRead = 0;
+        int nResult = KX_SUCCESS;
+        while ((nResult = KX_FileReadOneFrame(handle, &nOffset, &frame)) == KX_SUCCESS)
+            ++life.nRead;
+        if (handle != nullptr)
+            life.results.push_back(nResult);
+    }
+    const int nLast = KX_GetLastError(handle);
+    KX_Destroy(handle);
+    life.results.push_back(nLast);
+}
+
+} // namespace
+
+TEST(AllocFailure, NoneLeavesARecordingAsAnException)
+{
+    const TempDirectory directory;
+    const std::string path = directory.Path() + "/recording";
+    const Bytes bytes = FiveFrames();
+    std::ofstream(path, std::ios::binary)
+        .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    const std::vector<int> allowed = {KX_SUCCESS,
+                                      -1,
+                                      KX_ERROR_INVALID_HANDLE,
+                                      KX_ERROR_FILE_TYPE_NOSUPPORT,
+                                      KX_ERROR_THREAD_CREATE_FAILED,
+                                      KX_ERROR_PARAMETER,
+                                      KX_ERROR_FILE_OPEN,
+                                      KX_ERROR_SYSTEM_OUT_OF_MEMORY,
+                                      KX_ERROR_UNGET_STREAM_TYPE,
+                                      KX_ERROR_READ_FILE_END};
+    int nHurt = 0;
+    for (int nFailing = -1; nFailing < 120; ++nFailing) {
+        SCOPED_TRACE(nFailing);
+        FILE_LIFE life;
+        life.results.reserve(16);
+        g_nUntilFailure = nFailing;
+        g_bCounting = true;
+        EXPECT_NO_THROW(LiveFile(path.c_str(), life));
+        g_bCounting = false;
+        for (const int nResult : life.results)
+            EXPECT_NE(std::find(allowed.begin(), allowed.end(), nResult), allowed.end()) << nResult;
+        if (nFailing == -1) {
+            EXPECT_EQ((std::vector<int>{life.nIndexed, life.nRead}), (std::vector<int>{5, 5}));
+        }
+        // What was lost is told: by a code, or as the last error of the handle.
+        const bool bComplained = std::any_of(life.results.begin(), life.results.end(), [](int nResult) {
+            return nResult != KX_SUCCESS && nResult != KX_ERROR_READ_FILE_END;
+        });
+        EXPECT_TRUE(bComplained || life.nRead == 5) << life.nRead;
+        nHurt += bComplained ? 1 : 0;
+    }
+    EXPECT_GT(nHurt, 5);
+}
+
+TEST(AllocFailure, NoneLeavesACallAsAnException)
+{
+    const Bytes stream = FiveFrames();
     g_nUntilFailure = -1;
     EXPECT_EQ(Live(stream).nGoodFrames, 5);
     int nHurt = 0;

@@ -68,15 +68,58 @@ TEST(HandleTable, HandsOutTheLowestNumberAndEndsAt4095)
 
 TEST(HandleTable, AnotherKindIsABadStreamHandle)
 {
-    int nAlive = 0;
-    const int nSlot = g_handleMgr.InsertParser(new CCounted(nAlive), CHandleMgr::PARSER_TYPE_FILE);
-    void* handle = ToHandle(static_cast<uintptr_t>(nSlot));
+    void* stream = KX_CreateFrameSift(0);
+    void* file = KX_CreateFileHandle(0, "nothing");
     uint8_t byte = 0;
-    EXPECT_EQ(KX_ParseData(handle, &byte, 1), KX_ERROR_INVALID_HANDLE);
-    EXPECT_EQ(KX_GetLastError(handle), 42); // a question that every kind answers
-    EXPECT_EQ(nAlive, 1);
-    EXPECT_EQ(KX_Destroy(handle), KX_SUCCESS);
-    EXPECT_EQ(nAlive, 0);
+    KX_FRAME_INFO frame;
+    KXint64 nOffset = 0;
+    int nType = 77;
+    for (const int nResult :
+         {KX_ParseData(file, &byte, 1), KX_GetOneFrame(file, &frame), KX_FileParser(stream, nullptr, nullptr, nullptr),
+          KX_GetFileStreamType(stream, &nType), KX_FileReadOneFrame(stream, &nOffset, &frame),
+          KX_FileReadOneFrame(stream, nullptr, nullptr), KX_FileSeekByTime(stream, 0),
+          KX_FileSeekByOffset(stream, 0, 0)})
+        EXPECT_EQ(nResult, KX_ERROR_INVALID_HANDLE);
+    EXPECT_EQ(nType, 0);
+    for (void* handle : {stream, file}) {
+        EXPECT_EQ(KX_GetLastError(handle), KX_SUCCESS); // a question that both kinds answer
+        EXPECT_EQ(KX_Destroy(handle), KX_SUCCESS);
+        EXPECT_EQ(KX_GetLastError(handle), KX_ERROR_INVALID_HANDLE);
+    }
+}
+
+TEST(HandleTable, AFileThatCannotBeBegunLeavesNoHandle)
+{
+    EXPECT_EQ(KX_CreateFileHandle(0, nullptr), nullptr);
+    EXPECT_EQ(g_handleMgr.CreateFileAnalyzer(0, "/no such", nullptr, nullptr, nullptr), nullptr);
+    EXPECT_EQ(g_handleMgr.CreateSliceAnalyzer(0, nullptr, nullptr, nullptr, 0, 1), nullptr);
+    EXPECT_EQ(KX_GetLastError(ToHandle(1)), KX_ERROR_INVALID_HANDLE);
+}
+
+// The object's last act is to look at its own handle from another thread, which must neither wait nor get at it.
+TEST(HandleTableThreads, AHandleThatIsBeingDestroyedIsABadHandle)
+{
+    class CLooksBack : public IGetError
+    {
+    public:
+        ~CLooksBack() override
+        {
+            std::thread looker([] {
+                EXPECT_EQ(KX_GetLastError(ToHandle(1)), KX_ERROR_INVALID_HANDLE);
+                EXPECT_EQ(KX_Destroy(ToHandle(1)), KX_ERROR_INVALID_HANDLE);
+                EXPECT_EQ(g_handleMgr.GetStreamAnalzyer(ToHandle(1)), nullptr);
+                void* next = KX_CreateFrameSift(0);
+                EXPECT_EQ(next, ToHandle(2)); // the number is not free yet
+                KX_Destroy(next);
+            });
+            looker.join();
+        }
+        int32_t GetLastError() override { return 42; }
+    };
+    ASSERT_EQ(g_handleMgr.InsertParser(new CLooksBack, CHandleMgr::PARSER_TYPE_STREAM), 1);
+    EXPECT_EQ(KX_GetLastError(ToHandle(1)), 42);
+    EXPECT_EQ(KX_Destroy(ToHandle(1)), KX_SUCCESS);
+    EXPECT_EQ(KX_GetLastError(ToHandle(1)), KX_ERROR_INVALID_HANDLE);
 }
 
 TEST(HandleTable, AReferenceOutlivesTheDestroy)
@@ -96,7 +139,7 @@ TEST(HandleTable, UninitDeletesWhatIsOpen)
     auto pTable = std::make_unique<CHandleMgr>();
     int nAlive = 0;
     EXPECT_EQ(pTable->InsertParser(new CCounted(nAlive), CHandleMgr::PARSER_TYPE_STREAM), 1);
-    EXPECT_EQ(pTable->InsertParser(new CCounted(nAlive), CHandleMgr::PARSER_TYPE_FILE), 2);
+    EXPECT_EQ(pTable->InsertParser(new CCounted(nAlive), CHandleMgr::PARSER_TYPE_STREAM), 2);
     pTable->Uninit();
     EXPECT_EQ(nAlive, 0);
 }

@@ -3,7 +3,7 @@
 #include <atomic>
 #include <thread>
 
-#include "ParserMethod/ParamType.h"
+#include "IAnalyzer/ParamType.h"
 #include "ParserMethod/StreamAnalyzer.h"
 #include "Support/RandomStream.h"
 #include "Support/Testing.h"

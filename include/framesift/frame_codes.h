@@ -189,8 +189,8 @@ typedef enum KX_ENCRYPT_TYPE
 } KX_ENCRYPT_TYPE;
 
 /**
- * Field structure of a picture, as the recorder states it: the values of KX_FRAME_INFO::deinterlace, which this version
- * does not fill.
+ * Field structure of a picture, as the recorder states it: the values of KX_FRAME_INFO::deinterlace, which the callbacks
+ * of a recording fill.
  */
 typedef enum KX_DEINTERLACE
 {
@@ -215,7 +215,7 @@ typedef enum KX_DIGEST_ALGORITHM
 } KX_DIGEST_ALGORITHM;
 
 /**
- * Cipher of a signature: the values of KX_FRAME_INFO::digtalSignatureEncryptType, which this version does not fill.
+ * Cipher of a signature: the values of KX_FRAME_INFO::digtalSignatureEncryptType.
  */
 typedef enum KX_DIGTAL_SIGNATURE_ENCRYPT
 {

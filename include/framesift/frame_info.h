@@ -11,14 +11,18 @@
 
 #pragma pack(push, 4)
 /**
- * One frame. The caller allocates the record, KX_GetOneFrame fills it.
+ * One frame. There are two kinds of record, by where it comes from:
+ *  - The caller allocates it, and KX_GetOneFrame or KX_FileReadOneFrame fills it: exactly the 18 fields marked "Filled"
+ *    are written, at every call. The library never reads or writes any other, so a caller who wants those to be 0
+ *    clears the record first.
+ *  - A callback of KX_FileParser gets it, and it ends with the callback: the fields marked "Filled" and those marked
+ *    "Callback" are set, all others are 0.
  *
- * Exactly the 18 fields marked "Filled" are written, at every call; the library never reads or writes any other, so a
- * caller who wants those to be 0 clears the record first. Where a filled field does not apply to the kind of frame, or
- * the stream does not tell, it is 0.
+ * Where a field does not apply to the kind of frame, or the stream does not tell, it is 0. Fields marked "Not filled"
+ * are set by no call of this version.
  *
- * The record owns nothing. Its two filled pointers lead into the chunk given to KX_ParseData or into memory of the
- * handle; both end at the next KX_ParseData or KX_Destroy on the handle.
+ * The record owns nothing. Its pointers lead into the chunk given to KX_ParseData or into memory of the handle, and end
+ * where the call that filled it says so.
  *
  * It is packed to 4 bytes: on a 64-bit machine pointers and 64-bit numbers in it may stand on a multiple of 4 only.
  * Read them by name; keep no pointer to such a field.
@@ -31,7 +35,8 @@ typedef struct KX_FRAME_INFO
     int32_t frameSubType;
     /** Filled. KX_ENCODE_VIDEO_* for a video frame, KX_ENCODE_AUDIO_* for an audio frame; 0: not told */
     int32_t frameEncodeType;
-    /** Filled. always 0 in a frame of a stream handle; ask KX_GetStreamType */
+    /** Filled. KX_STREAM_TYPE_* in a frame of a recording; always 0 in a frame of a stream handle: ask KX_GetStreamType
+       */
     int32_t streamType;
     /** Filled. first byte of the payload (picture, sound or data) inside the frame; null where there is none */
     uint8_t* streamPointer;
@@ -57,7 +62,7 @@ typedef struct KX_FRAME_INFO
     int32_t width;
     /** Filled. picture height in pixels, as width */
     int32_t height;
-    /** Not filled. KX_DEINTERLACE_* */
+    /** Callback. KX_DEINTERLACE_* */
     int32_t deinterlace;
     /** Not filled. flag of the maker */
     int32_t mediaFlag;
@@ -69,189 +74,189 @@ typedef struct KX_FRAME_INFO
     int32_t channels;
     /** Filled. KX_ERROR_FLAGS_*, a value and no set of bits; 0: sound */
     int32_t errorFlags;
-    /** Not filled. settings of the defogging */
+    /** Callback. settings of the defogging */
     KX_FOG_THROUGH fogThrough;
-    /** Not filled. number of scalable layers; 0: the stream is not scalable */
+    /** Callback. number of scalable layers; 0: the stream is not scalable */
     uint8_t allLevels;
-    /** Not filled. layer of this frame, from 0 */
+    /** Callback. layer of this frame, from 0 */
     uint8_t levelOrder;
-    /** Not filled. number of the maker; 0: not told */
+    /** Callback. number of the maker; 0: not told */
     uint16_t companyType;
-    /** Not filled. bytes of a transport head in front of the payload; 0: none */
+    /** Callback. bytes of a transport head in front of the payload; 0: none */
     uint16_t tpStreamHeaderLen;
-    /** Not filled. channels that share the stream; 0: one, not numbered */
+    /** Callback. channels that share the stream; 0: one, not numbered */
     uint8_t totalChannels;
-    /** Not filled. channel of this frame */
+    /** Callback. channel of this frame */
     uint8_t curChannel;
-    /** Not filled. KX_ENCRYPT_*; 0: clear */
+    /** Callback. KX_ENCRYPT_*; 0: clear */
     int32_t nEncryptType;
-    /** Not filled. enciphered bytes of the payload; 0: none */
+    /** Callback. enciphered bytes of the payload; 0: none */
     int32_t nEncryptLen;
-    /** Not filled. a change that the recorder announces */
+    /** Callback. a change that the recorder announces */
     KX_DATA_CUSTOM_CHANGE customChangeInfo;
-    /** Not filled. frames per second as a fraction: numerator; 0: not told */
+    /** Callback. frames per second as a fraction: numerator; 0: not told */
     uint16_t rateValue;
-    /** Not filled. its denominator; 0: not told */
+    /** Callback. its denominator; 0: not told */
     uint16_t rateDenominator;
-    /** Not filled. rows of the grid of slices; 0: no grid */
+    /** Callback. rows of the grid of slices; 0: no grid */
     uint16_t n_slice;
-    /** Not filled. columns of the grid of slices; 0: no grid */
+    /** Callback. columns of the grid of slices; 0: no grid */
     uint16_t m_slice;
-    /** Not filled. width of the source picture in pixels; 0: not told */
+    /** Callback. the same as srcPicHeight: the width of the source picture is not handed out */
     uint16_t srcPicWidth;
-    /** Not filled. height of the source picture in pixels; 0: not told */
+    /** Callback. height of the source picture in pixels; 0: not told */
     uint16_t srcPicHeight;
-    /** Not filled. where the table of slices lies, in bytes from the start of the frame */
+    /** Callback. where the table of slices lies, in bytes from the start of the frame */
     uint16_t sliceInfoOffset;
-    /** Not filled. bytes of that table, 16 for each slice; 0: none */
+    /** Callback. bytes of that table, 16 for each slice; 0: none */
     uint16_t sliceInfoLength;
-    /** Not filled. fisheye lens: gain */
+    /** Callback. fisheye lens: gain */
     uint8_t fishEyeGain;
-    /** Not filled. fisheye lens: level of noise reduction */
+    /** Callback. fisheye lens: level of noise reduction */
     uint8_t fishEyeDenoiseLevel;
-    /** Not filled. fisheye lens: code of the mounting */
+    /** Callback. fisheye lens: code of the mounting */
     uint8_t fishInstallStyle;
-    /** Not filled. fisheye lens: code of the correction */
+    /** Callback. fisheye lens: code of the correction */
     uint8_t fishEyeCorrectMode;
-    /** Not filled. fisheye lens: centre of the circle, from the left, in the maker's units */
+    /** Callback. fisheye lens: centre of the circle, from the left, in the maker's units */
     uint16_t fishEyeCircleX;
-    /** Not filled. fisheye lens: centre of the circle, from the top, in the same units */
+    /** Callback. fisheye lens: centre of the circle, from the top, in the same units */
     uint16_t fishEyeCircleY;
-    /** Not filled. fisheye lens: radius of the circle, in the same units */
+    /** Callback. fisheye lens: radius of the circle, in the same units */
     uint16_t fishEyeRadius;
-    /** Not filled. where the enciphered part begins, in bytes from the start of the payload */
+    /** Callback. where the enciphered part begins, in bytes from the start of the payload */
     uint16_t encryptOffset;
-    /** Not filled. 1: top field, 2: bottom field, 3: frame, 0: not known. The misspelt name is part of the boundary */
+    /** Callback. 1: top field, 2: bottom field, 3: frame, 0: not known. The misspelt name is part of the boundary */
     int32_t pictrueStructure;
-    /** Not filled. display ratio: width part; 0: not told */
+    /** Callback. display ratio: width part; 0: not told */
     uint8_t ratioWidth;
-    /** Not filled. display ratio: height part; 0: not told */
+    /** Callback. display ratio: height part; 0: not told */
     uint8_t ratioHeigth;
-    /** Not filled. ratio of the coded picture: width part; 0: not told */
+    /** Callback. ratio of the coded picture: width part; 0: not told */
     uint8_t ratioEncodeWidth;
-    /** Not filled. ratio of the coded picture: height part; 0: not told */
+    /** Callback. ratio of the coded picture: height part; 0: not told */
     uint8_t ratioEncodeHeight;
-    /** Not filled. signature: bytes that it covers */
+    /** Callback. signature: bytes that it covers */
     uint32_t digtalSignatureSamplenlen;
-    /** Not filled. signature: bytes of the enciphered digest; 0: no signature */
+    /** Callback. signature: bytes of the enciphered digest; 0: no signature */
     uint16_t digtalSignatureEncdeclen;
-    /** Not filled. signature: KX_DIGEST_ALGORITHM_* */
+    /** Callback. signature: KX_DIGEST_ALGORITHM_* */
     uint8_t digtalSignatureDigestType;
-    /** Not filled. signature: KX_DIGTAL_SIGNATURE_ENCRYPT_* */
+    /** Callback. signature: KX_DIGTAL_SIGNATURE_ENCRYPT_* */
     uint8_t digtalSignatureEncryptType;
-    /** Not filled. signature: the enciphered digest; null: none */
+    /** Callback. signature: the enciphered digest; null: none */
     uint8_t* digtalSignatureEncdecDataPtr;
-    /** Not filled. code of the rotation of the picture; 0: none */
+    /** Callback. code of the rotation of the picture; 0: none */
     uint8_t rotationAngle;
-    /** Not filled. SVAC (GB/T 25724): bytes of the key; 0: none */
+    /** Callback. SVAC (GB/T 25724): bytes of the key; 0: none */
     uint8_t svacEncryptKeyLen;
-    /** Not filled. SVAC: enciphered bytes; 0: none */
+    /** Callback. SVAC: enciphered bytes; 0: none */
     uint16_t svacEncryptDataLen;
-    /** Not filled. SVAC: the key; null: none */
+    /** Callback. SVAC: the key; null: none */
     uint8_t* svacEncryptKeyData;
-    /** Not filled. audio bits per second; 0: not told */
+    /** Callback. audio bits per second; 0: not told */
     uint32_t audioBitrate;
-    /** Not filled. extension bytes of the frame; null: none */
+    /** Callback. extension bytes of the frame; null: none */
     uint8_t* extDataPtr;
-    /** Not filled. how many; 0: none */
+    /** Callback. how many; 0: none */
     uint32_t extDataLen;
-    /** Not filled. B frames between two P frames; 0: none */
+    /** Callback. B frames between two P frames; 0: none */
     uint8_t bFrameNum;
-    /** Not filled. bytes of the on-screen text extension; 0: none */
+    /** Callback. bytes of the on-screen text extension; 0: none */
     uint8_t osdExtDataLen;
-    /** Not filled. nonzero: the recorder cut this frame short */
+    /** Callback. nonzero: the recorder cut this frame short */
     uint8_t incompleteFrameFlag;
     /** Not filled. not used */
     uint8_t resv[1];
-    /** Not filled. the on-screen text extension; null: none */
+    /** Callback. the on-screen text extension; null: none */
     uint8_t* osdExtDataPtr;
-    /** Not filled. number of the I frame that this frame refers to */
+    /** Callback. number of the I frame that this frame refers to */
     uint32_t refIFrameSeq;
-    /** Not filled. check sum over the enciphered part */
+    /** Callback. check sum over the enciphered part */
     uint32_t encryptCheckSum;
-    /** Not filled. nonce of that part */
+    /** Callback. nonce of that part */
     uint8_t encryptNonse[2];
-    /** Not filled. programs that share the stream; 0: not told */
+    /** Callback. programs that share the stream; 0: not told */
     uint16_t programCount;
-    /** Not filled. program of this frame */
+    /** Callback. program of this frame */
     uint16_t programNum;
-    /** Not filled. sensors side by side: rows; 0: one sensor */
+    /** Callback. sensors side by side: rows; 0: one sensor */
     uint8_t nSliceSensor;
-    /** Not filled. sensors side by side: columns; 0: one sensor */
+    /** Callback. sensors side by side: columns; 0: one sensor */
     uint8_t mSliceSensor;
-    /** Not filled. where the table of their positions lies, in bytes from the start of the frame */
+    /** Callback. where the table of their positions lies, in bytes from the start of the frame */
     uint16_t slicePosOffset;
-    /** Not filled. bytes of that table, 8 for each sensor; 0: none */
+    /** Callback. bytes of that table, 8 for each sensor; 0: none */
     uint16_t slicePosLength;
-    /** Not filled. overlay picture: code of its purpose */
+    /** Callback. overlay picture: code of its purpose */
     uint8_t nOverLayPicPurpose;
-    /** Not filled. overlay picture: code of what to do with it */
+    /** Callback. overlay picture: code of what to do with it */
     uint8_t nOverLayPicAction;
-    /** Not filled. overlay picture: code of its picture format */
+    /** Callback. overlay picture: code of its picture format */
     uint8_t nOverLayPicCodeFormat;
     /** Not filled. not used */
     uint8_t nReserved2[1];
-    /** Not filled. on-screen text: left edge in pixels */
+    /** Callback. on-screen text: left edge in pixels */
     uint16_t nOsdTopLeftCornercoordinateX;
-    /** Not filled. on-screen text: top edge in pixels */
+    /** Callback. on-screen text: top edge in pixels */
     uint16_t nOsdTopLeftCornercoordinateY;
-    /** Not filled. on-screen text: size of the characters */
+    /** Callback. on-screen text: size of the characters */
     uint8_t nOsdWordSize;
-    /** Not filled. on-screen text: code of the alignment */
+    /** Callback. on-screen text: code of the alignment */
     uint8_t nOsdWordAlignment;
-    /** Not filled. key of its own for this frame: CRC-16 that the frame states */
+    /** Callback. key of its own for this frame: CRC-16 that the frame states */
     uint16_t nB5HeadEncryptCrc16;
-    /** Not filled. key of its own for this frame: initialisation vector */
+    /** Callback. key of its own for this frame: initialisation vector */
     uint8_t nB5HeadIV[16];
-    /** Not filled. key of its own for this frame: identifier of the key */
+    /** Callback. key of its own for this frame: identifier of the key */
     uint8_t nB5HeadEncryptVKid[16];
-    /** Not filled. on-screen text: colour with opacity, as the recorder packs it */
+    /** Callback. on-screen text: colour with opacity, as the recorder packs it */
     uint32_t nOsdRgbaValue;
     /** Not filled. key wrapped in the frame: initialisation vector */
     uint8_t nB6HeadGmIv[16];
     /** Not filled. key wrapped in the frame: KX_ENCRYPT_* that wraps it */
     uint32_t nB6HeadVekEncryptType;
-    /** Not filled. key wrapped in the frame: version of the wrapping key */
+    /** Callback. key wrapped in the frame: version of the wrapping key */
     uint8_t nB6HeadVkekVersion[20];
     /** Not filled. key wrapped in the frame: the wrapped key */
     uint8_t nB6HeadVek[16];
-    /** Not filled. bits of a luma sample; 0: not known */
+    /** Callback. bits of a luma sample; 0: not known */
     int32_t nVideoBitDepth;
     /** Not filled. time stamp that the source put on the picture; 0: none */
     uint32_t nYuvTimeStamp;
-    /** Not filled. on-screen texts of an SVAC stream; null: none */
+    /** Callback. on-screen texts of an SVAC stream; null: none */
     KX_SVAC2_OSD_INFO* pSvacOsdInfo;
-    /** Not filled. how many; 0: none */
+    /** Callback. how many; 0: none */
     int32_t nSvacOsdNum;
-    /** Not filled. coded width in pixels, before cropping; 0: not known */
+    /** Callback. coded width in pixels, before cropping; 0: not known */
     int32_t cropBeforeWidth;
-    /** Not filled. coded height in pixels, before cropping; 0: not known */
+    /** Callback. coded height in pixels, before cropping; 0: not known */
     int32_t cropBeforeHeight;
-    /** Not filled. nonzero: parts of the picture are masked for privacy */
+    /** Callback. nonzero: parts of the picture are masked for privacy */
     uint8_t bPrivacyEnable;
-    /** Not filled. code of the library's own for ColourPrimaries of ITU-T H.273 | ISO/IEC 23091-2; 0: not known */
+    /** Callback. code of the library's own for ColourPrimaries of ITU-T H.273 | ISO/IEC 23091-2; 0: not known */
     uint8_t nColorPrimaries;
-    /** Not filled. the same for TransferCharacteristics of H.273; 0: not known */
+    /** Callback. the same for TransferCharacteristics of H.273; 0: not known */
     uint8_t nColorTransfer;
-    /** Not filled. the same for MatrixCoefficients of H.273; 0: not known */
+    /** Callback. the same for MatrixCoefficients of H.273; 0: not known */
     uint8_t nColorSpace;
-    /** Not filled. mastering display (SMPTE ST 2086): x and y of three primaries as coded, in units of 0.00002 */
+    /** Callback. mastering display (SMPTE ST 2086): x and y of three primaries as coded, in units of 0.00002 */
     uint16_t nDisplayPrimaries[6];
-    /** Not filled. mastering display: x and y of the white point, in units of 0.00002 */
+    /** Callback. mastering display: x and y of the white point, in units of 0.00002 */
     uint16_t nWhitePoint[2];
-    /** Not filled. mastering display: largest luminance in units of 0.0001 cd/m2; 0: not told */
+    /** Callback. mastering display: largest luminance in units of 0.0001 cd/m2; 0: not told */
     uint32_t nMaxLuminance;
-    /** Not filled. mastering display: smallest luminance in units of 0.0001 cd/m2 */
+    /** Callback. mastering display: smallest luminance in units of 0.0001 cd/m2 */
     uint32_t nMinLuminance;
-    /** Not filled. largest light level of the content (CTA-861) in cd/m2; 0: not told */
+    /** Callback. largest light level of the content (CTA-861) in cd/m2; 0: not told */
     uint16_t nMaxContentLightLevel;
-    /** Not filled. largest light level of a frame's average in cd/m2; 0: not told */
+    /** Callback. largest light level of a frame's average in cd/m2; 0: not told */
     uint16_t nMaxFrameAverageLightLevel;
     /** Not filled. nonzero: the payload has been deciphered */
     uint8_t bHasDecrypt;
     /** Not filled. not used */
     uint8_t nResv[3];
-    /** Not filled. UTC time as the recorder states it; 0: not told */
+    /** Callback. UTC time as the recorder states it; 0: not told */
     KXint64 utcTime;
     /** Not filled. not used */
     uint8_t nReserved[96];

@@ -98,9 +98,7 @@ typedef struct KX_SVAC2_OSD_INFO
 } KX_SVAC2_OSD_INFO;
 
 /**
- * Position of one indexed frame of a recording. No call of this version fills it.
- *
- * The caller allocates the record where it asks for one; in a callback it is borrowed for the length of the call.
+ * Position of one indexed frame of a recording, as fFileIndex gets it. It ends with the callback.
  */
 typedef struct KX_INDEX_INFO
 {
@@ -115,18 +113,20 @@ typedef struct KX_INDEX_INFO
 } KX_INDEX_INFO;
 
 /**
- * Summary of a recording. No call of this version fills it.
+ * Summary of a recording, as fFileInfo gets it. It ends with the callback.
  *
- * The counts are those of the whole recording, damaged frames left out. In a callback the record is borrowed for the
- * length of the call.
+ * The counts are those of the bytes that the pass has read, frames with KX_FRAME_INFO::errorFlags left out: of the
+ * whole recording, unless the handle was destroyed or KX_FileParser called again meanwhile.
  */
 typedef struct KX_FILE_INFO
 {
     /** size in bytes, modulo 2^32; the whole number is filesize64 */
     uint32_t filesize;
-    /** time at which the recording was made, in seconds; 0: not known */
+    /** time at which the recording was made, in seconds; always 0: no parser of this version knows it */
     uint32_t createtime;
-    /** time covered, in seconds; 0: less than one, or not known */
+    /** seconds: the sum of 1000 / rate milliseconds, each cut to a whole one, over the video frames, by the frame rate
+       that the key frame in front of them states. Frames in front of the first rate do not count, and a gap in the
+       recording adds nothing. 0: less than one, or no rate told */
     uint32_t duration;
     /** frames of all kinds */
     uint32_t framenum;
@@ -136,15 +136,16 @@ typedef struct KX_FILE_INFO
     uint32_t audionum;
     /** key frames among the video frames */
     uint32_t keyframenum;
-    /** size of the largest frame in bytes */
+    /** size of the largest frame in bytes, damaged ones too, as far as they have a length */
     uint32_t maxframesize;
-    /** size in bytes */
+    /** size in bytes, as it was when the pass began */
     KXint64 filesize64;
-    /** time of the first frame, in milliseconds of the recorder's clock */
+    /** time of the first frame; always 0: the pass of KX_FileParser does not look for it. KX_FRAME_INFO::frameTime of
+       the first frame tells it */
     KXint64 fileStartTime;
-    /** time of the last frame, in milliseconds of the same clock */
+    /** time of the last frame; always 0, as fileStartTime */
     KXint64 fileEndTime;
-    /** 1: no video in it; 0: there is */
+    /** always 0: the pass of KX_FileParser does not find out. No video: videonum is 0 */
     uint8_t bPureAudio;
     /** not used */
     uint8_t reserved[71];

@@ -85,7 +85,8 @@ FRAMESIFT_API int KX_GetParseType(int32_t streamType, int32_t* parseType);
  * Takes the next bytes of the stream and finds the frames in them; fetch those with KX_GetOneFrame.
  *
  * Frames of the call before that were not fetched are dropped, whatever this call answers. A frame that is not complete
- * yet waits for the next calls, however many; meanwhile the handle keeps its bytes, below 20 MiB for one ZOAV frame. Rubbish between frames is stepped over.
+ * yet waits for the next calls, however many; meanwhile the handle keeps its bytes, below 20 MiB for one ZOAV frame.
+ * Rubbish between frames is stepped over.
  * @param handle  from KX_CreateFrameSift.
  * @param stream  first byte; borrowed, not copied. Leave the bytes in place and unchanged until you are done with the
  *                frames of this call, at most until the next KX_ParseData or KX_Destroy on this handle. Not const,
@@ -136,34 +137,51 @@ FRAMESIFT_API int KX_GetOneFrame(void* handle, KX_FRAME_INFO* frameInfo);
  * @retval KX_ERROR_SYSTEM_OUT_OF_MEMORY  out of memory; a key that waited is gone as well.
  * @note Frames of kind KX_ENCRYPT_AES are deciphered in place, in the bytes that KX_ParseData was given. Those of any
  *       other kind come out as they stand in the stream, and so does all without a key. The record does not tell which
- *       of these happened, and a wrong key gives noise without an error. A deciphered frame is for use, not for storing:
- *       its cipher head is marked as done, and a payload sum in it still belongs to the enciphered bytes. A key is never
- *       logged.
+ *       of these happened, and a wrong key gives noise without an error. A deciphered frame is for use, not for
+ *       storing: its cipher head is marked as done, and a payload sum in it still belongs to the enciphered bytes. A
+ *       key is never logged.
  */
 FRAMESIFT_API int KX_StreamEncryptKey(void* handle, uint32_t type, const uint8_t* key, int32_t keylen);
 
 /**
- * Ends a handle and frees all that belongs to it; the pointers of its frames end too.
+ * Ends a handle, of a stream or of a file, and frees all that belongs to it; the pointers of its frames end too.
  *
  * May run while another thread is inside a call on the handle: the memory is then freed when that call returns. Call it
  * once for each handle; a second one may end the handle of someone else, or pull the memory from under a running call.
- * @param handle  from KX_CreateFrameSift. One that KX_CreatePrintLog was given stays in memory to the end of the
- *                process.
+ *
+ * A file handle may be ended at any moment of its pass. The pass then stops at its next block, and KX_Destroy returns
+ * when its thread has ended: up to then a callback may still be running, and the summary and the end mark may come;
+ * behind it nothing comes. While it waits every other call refuses the handle, also from inside the callback. Two cases
+ * differ: from inside a callback of the handle see file.h; and if another thread is inside a call on the handle,
+ * KX_Destroy does not wait, and the pass ends with that call.
+ * @param handle  from KX_CreateFrameSift or KX_CreateFileHandle. One that KX_CreatePrintLog was given, or that
+ *                KX_FileReadOneFrame was called on with a null pointer, stays in memory to the end of the process.
  * @retval KX_SUCCESS               ended.
  * @retval KX_ERROR_INVALID_HANDLE  out of range, or no handle has this number.
  */
 FRAMESIFT_API int KX_Destroy(void* handle);
 
 /**
- * The last code other than KX_SUCCESS that a KX_ParseData on the handle answered. A later success does not clear it.
- * @param handle  from KX_CreateFrameSift.
+ * The last code that the handle has kept.
+ *
+ * Of a stream handle: the last code other than KX_SUCCESS that a KX_ParseData answered. A later success does not clear
+ * it.
+ *
+ * Of a file handle: what the pass has come to, KX_SUCCESS as well, as soon as it is over; that is a moment behind the
+ * end mark, in which it cannot be seen yet. In front of that, what KX_FileParser answered, unless that was KX_SUCCESS;
+ * or that KX_GetFileStreamType found no type. Reads and seeks leave nothing here.
+ * @param handle  from KX_CreateFrameSift or KX_CreateFileHandle.
  * @retval KX_SUCCESS                     nothing has failed so far.
  * @retval KX_ERROR_INVALID_HANDLE        not a live handle.
+ * @retval KX_ERROR_FILE_TYPE_NOSUPPORT   as at KX_FileParser.
  * @retval KX_ERROR_STREAM_NOSUPPORT      as at KX_ParseData.
+ * @retval KX_ERROR_THREAD_CREATE_FAILED  as at KX_FileParser.
  * @retval KX_ERROR_PARAMETER             as at KX_ParseData; but a null stream or a length of 0 is
  *                                        refused before the handle is looked at, and not kept.
- * @retval KX_ERROR_SYSTEM_OUT_OF_MEMORY  as at KX_ParseData.
- * @retval KX_ERROR_UNGET_STREAM_TYPE     as at KX_ParseData: it stays here after the type has been found.
+ * @retval KX_ERROR_FILE_OPEN             as at KX_FileParser.
+ * @retval KX_ERROR_SYSTEM_OUT_OF_MEMORY  as at KX_ParseData; the pass has lost frames for want of memory.
+ * @retval KX_ERROR_UNGET_STREAM_TYPE     as at KX_ParseData: it stays here after the type has been found. Of a file:
+ *                                        its bytes show no type.
  * @retval -1                             as at KX_ParseData.
  */
 FRAMESIFT_API int KX_GetLastError(void* handle);

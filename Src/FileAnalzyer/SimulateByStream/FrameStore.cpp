@@ -23,18 +23,6 @@ bool IsSmartP(int32_t nFrameSubType)
     return nFrameSubType == KX_FRAME_SUB_TYPE_VIDEO_SMART_P_FRAME;
 }
 
-// A frame that was deciphered reads as clear.
-void ClearFinishedCipher(FrameInfo& frame)
-{
-    const int32_t nEncryptType = frame.nEncryptType;
-    const bool bDecipherable =
-        nEncryptType == KX_ENCRYPT_AES || nEncryptType == KX_ENCRYPT_AES256 || nEncryptType == KX_ENCRYPT_AES256_GDPR2;
-    if (bDecipherable && frame.bHasDecrypt != 0) {
-        frame.nEncryptType = KX_ENCRYPT_UNKOWN;
-        frame.nEncryptLen = 0;
-    }
-}
-
 } // namespace
 
 int32_t CFrameStore::InputFrame(FrameInfo* frame, ExtZOAVIFrameInfo* ext)

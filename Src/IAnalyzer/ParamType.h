@@ -1,6 +1,6 @@
 // Parameters that a client of an analyzer can set.
-#ifndef FRAMESIFT_SRC_PARSERMETHOD_PARAMTYPE_H
-#define FRAMESIFT_SRC_PARSERMETHOD_PARAMTYPE_H
+#ifndef FRAMESIFT_SRC_IANALYZER_PARAMTYPE_H
+#define FRAMESIFT_SRC_IANALYZER_PARAMTYPE_H
 
 namespace Marvane::FrameSift {
 
