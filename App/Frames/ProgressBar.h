@@ -1,8 +1,10 @@
-// How far a long listing has come, on standard error.
+// How far a long pass has come, on standard error.
 #ifndef FRAMESIFT_APP_FRAMES_PROGRESSBAR_H
 #define FRAMESIFT_APP_FRAMES_PROGRESSBAR_H
 
+#include <chrono>
 #include <cstdint>
+#include <string>
 
 namespace Marvane::FrameSift {
 
@@ -19,10 +21,16 @@ public:
     void Update(uint64_t nDone);
 
 private:
+    using CLOCK = std::chrono::steady_clock;
+
     uint64_t m_nTotal;
     bool m_bShown;
-    uint64_t m_nPercent = UINT64_MAX; // on the screen
+    CLOCK::time_point m_begin = CLOCK::now();
+    CLOCK::time_point m_drawn; // the epoch, long ago: the first update draws
 };
+
+// Bar, percentage, rate and the time that is left at this rate; both are left out until there is one.
+std::string ProgressText(uint64_t nDone, uint64_t nTotal, double dSeconds);
 
 } // namespace Marvane::FrameSift
 

@@ -1,0 +1,18 @@
+// Finds out about one recording, in a single pass.
+#ifndef FRAMESIFT_APP_INFO_FILEINFO_H
+#define FRAMESIFT_APP_INFO_FILEINFO_H
+
+#include <cstdint>
+#include <span>
+#include <string>
+
+#include "Info/InfoReport.h"
+
+namespace Marvane::FrameSift {
+
+// key: AES; may be empty. Throws CAppError for what cannot be read to its end or is no recording, and at Ctrl-C.
+INFO_REPORT InfoOf(const std::string& path, std::span<const uint8_t> key);
+
+} // namespace Marvane::FrameSift
+
+#endif

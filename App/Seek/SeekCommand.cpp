@@ -1,0 +1,108 @@
+#include "Seek/SeekCommand.h"
+
+#include <fmt/format.h>
+
+#include "Frames/FramePrinter.h"
+#include "Frames/ProgressBar.h"
+#include "Io/Interrupt.h"
+#include "Io/OutputSink.h"
+#include "Keys/KeyOption.h"
+#include "Recordings/RangeRead.h"
+
+namespace Marvane::FrameSift {
+
+namespace {
+
+std::string Example()
+{
+    return "Examples:\n"
+           "  framesift seek --time 2026-01-31T10:00:00 night.zoav\n"
+           "  framesift seek --time 90.5 --precise night.zoav\n"
+           "  framesift seek --offset 1048576 --json night.zoav | jq .offset\n"
+           "\n"
+           "Prints the frame that a reader gets first behind the seek, as \"framesift frames\" prints it.\n" +
+           std::string(gsk_timeHelp) +
+           "Found is the key frame at or before that place, since a decoder can start there (the first frame if there "
+           "is\n"
+           "none), or with --precise the last frame that is not behind T; of several at the same time the first one.\n"
+           "--offset N finds the last key frame in front of N, and failing that goes on from N; with --precise it "
+           "finds\n"
+           "the first frame at or behind N.\n"
+           "Exit codes: 0 done, 2 wrong usage, a place outside the recording too, 3 cannot read or write, 4 format "
+           "not\n"
+           "recognised or no frame found, 130 interrupted.";
+}
+
+// A range would write its numbers into the help.
+std::string NotNegative(const std::string& text)
+{
+    return text.starts_with('-') ? text + " is negative" : std::string();
+}
+
+} // namespace
+
+CSeekCommand::CSeekCommand(CLI::App& app)
+    : m_pVerb(app.add_subcommand("seek", "Find the frame at a time or at an offset of a recording"))
+{
+    m_pVerb->footer(Example());
+    m_pVerb->add_option("FILE", m_path, "The recording")->required();
+    auto* pTime = AddTimeOption(*m_pVerb, "--time", m_time, "Go to this time, see below");
+    auto* pOffset =
+        m_pVerb->add_option("--offset", m_offset, "Go to this byte of the file")->type_name("N")->check(NotNegative);
+    pTime->excludes(pOffset);
+    m_pVerb->add_flag("--precise", m_bPrecise, "Find the frame itself and not a key frame in front of it");
+    AddKeyOption(*m_pVerb, m_key);
+    m_pVerb->add_flag("--json", m_bJson, "The frame as a JSON object in one line");
+}
+
+EXIT_CODE CSeekCommand::Run()
+{
+    if (!m_time && !m_offset)
+        throw CAppError(EXIT_CODE::Usage, "seek needs --time or --offset");
+    const CInterruptWatch watch;
+    CRecording recording(m_path, m_key);
+    if (m_time)
+        GoToTime(recording);
+    else
+        GoToOffset(recording);
+    Print(ReadFrame(recording));
+    return EXIT_CODE::Done;
+}
+
+void CSeekCommand::GoToTime(CRecording& recording) const
+{
+    const FOUND_RANGE found = FindRange(recording, {.from = m_time, .to = {}, .bMayReachOut = false});
+    recording.Seek(m_bPrecise ? found.nFrame : found.start.nOffset, true);
+}
+
+void CSeekCommand::GoToOffset(CRecording& recording) const
+{
+    CProgressBar progress(recording.Size(), false);
+    recording.Index([](const LISTED_FRAME&, int64_t) {}, progress);
+    if (static_cast<uint64_t>(*m_offset) > recording.Size())
+        throw CAppError(EXIT_CODE::Usage, fmt::format("{} has no offset {}: it has {} bytes", recording.Name(),
+                                                      *m_offset, recording.Size()));
+    recording.Seek(*m_offset, m_bPrecise);
+}
+
+LISTED_FRAME CSeekCommand::ReadFrame(CRecording& recording) const
+{
+    const CInterruptWatch watch;
+    LISTED_FRAME listed;
+    while (recording.Read(listed)) {
+        if (IsWholeFrame(listed.frame))
+            return listed;
+        watch.ThrowIfAsked(); // a damaged stretch may be long
+    }
+    throw CAppError(EXIT_CODE::Format, recording.Name() + " has no frame behind this place");
+}
+
+void CSeekCommand::Print(const LISTED_FRAME& listed) const
+{
+    const auto printer = m_bJson ? MakeJsonPrinter(m_path) : MakeTextPrinter();
+    COutputSink output("-");
+    output.Write(printer->Title() + printer->Line(listed));
+    output.Flush();
+}
+
+} // namespace Marvane::FrameSift

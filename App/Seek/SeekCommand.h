@@ -1,0 +1,42 @@
+// The verb seek.
+#ifndef FRAMESIFT_APP_SEEK_SEEKCOMMAND_H
+#define FRAMESIFT_APP_SEEK_SEEKCOMMAND_H
+
+#include <CLI/CLI.hpp>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Io/AppError.h"
+#include "Recordings/Recording.h"
+#include "Recordings/TimeOption.h"
+
+namespace Marvane::FrameSift {
+
+class CSeekCommand
+{
+public:
+    // Declares the verb; the values land here when app parses its arguments.
+    explicit CSeekCommand(CLI::App& app);
+    bool IsChosen() const { return m_pVerb->parsed(); }
+    EXIT_CODE Run(); // throws CAppError
+
+private:
+    void GoToTime(CRecording& recording) const;
+    void GoToOffset(CRecording& recording) const;
+    LISTED_FRAME ReadFrame(CRecording& recording) const;
+    void Print(const LISTED_FRAME& listed) const;
+
+    CLI::App* m_pVerb;
+    std::string m_path;
+    std::optional<WANTED_TIME> m_time;
+    std::optional<int64_t> m_offset;
+    bool m_bPrecise = false;
+    bool m_bJson = false;
+    std::vector<uint8_t> m_key;
+};
+
+} // namespace Marvane::FrameSift
+
+#endif
