@@ -13,8 +13,8 @@ enum class EXIT_CODE : int
     Done = 0,
     Damage = 1, // the input was read to its end, and is damaged; as diff(1) and grep(1) use it
     Usage = 2,
-    Io = 3,    // cannot open, read or write
-    Format = 4, // the input is not what was expected
+    Io = 3,           // cannot open, read or write
+    Format = 4,       // the input is not what was expected
     Interrupted = 130 // by Ctrl-C, as a shell numbers it
 };
 
