@@ -4,6 +4,7 @@
 
 #include "Frames/CodeNames.h"
 #include "Frames/FrameState.h"
+#include "Frames/FrameText.h"
 #include "Io/AppError.h"
 #include "Recordings/RangeRead.h"
 
@@ -27,15 +28,6 @@ bool IsNoise(const FrameInfo& parsed)
     const bool bNoBlock =
         parsed.nEncryptType == KX_ENCRYPT_AES && parsed.nEncryptLen >= 0 && parsed.nEncryptLen < sc_cipherBlock;
     return CipherStateOf(parsed) == CIPHER_STATE::Enciphered && !bNoBlock;
-}
-
-template <class NAME>
-std::string CountsText(const std::map<int32_t, uint64_t>& counts, NAME name)
-{
-    std::string text;
-    for (const auto& [nCode, nCount] : counts)
-        text += fmt::format("{}{} {}", text.empty() ? "" : ", ", nCount, name(nCode));
-    return text;
 }
 
 } // namespace

@@ -13,15 +13,6 @@ namespace {
 // A damaged head or a lost tail is delivered with its magic alone; those four bytes belong to no frame.
 constexpr int32_t sc_magicSize = 4;
 
-template <class NAME>
-std::string CountsText(const std::map<int32_t, uint64_t>& counts, NAME name)
-{
-    std::string text;
-    for (const auto& [nCode, nCount] : counts)
-        text += fmt::format("{}{} {}", text.empty() ? "" : ", ", nCount, name(nCode));
-    return text;
-}
-
 } // namespace
 
 void CFrameSummary::Count(const LISTED_FRAME& listed)

@@ -38,4 +38,12 @@ std::string CipherStateText(const FrameInfo& parsed)
     return {};
 }
 
+std::string CountsText(const std::map<int32_t, uint64_t>& counts, std::string (*pfnName)(int32_t nCode))
+{
+    std::string text;
+    for (const auto& [nCode, nCount] : counts)
+        text += fmt::format("{}{} {}", text.empty() ? "" : ", ", nCount, pfnName(nCode));
+    return text;
+}
+
 } // namespace Marvane::FrameSift

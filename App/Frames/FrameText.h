@@ -2,6 +2,8 @@
 #ifndef FRAMESIFT_APP_FRAMES_FRAMETEXT_H
 #define FRAMESIFT_APP_FRAMES_FRAMETEXT_H
 
+#include <cstdint>
+#include <map>
 #include <string>
 
 #include "Frames/FrameState.h"
@@ -15,6 +17,9 @@ std::string TimeText(const KX_TIME& time);
 std::string SubTypeText(const FrameInfo& frame);
 std::string CodecText(const FrameInfo& frame);
 std::string CipherStateText(const FrameInfo& parsed);
+
+// "12 video, 3 audio": how many of each code, by its name.
+std::string CountsText(const std::map<int32_t, uint64_t>& counts, std::string (*pfnName)(int32_t nCode));
 
 } // namespace Marvane::FrameSift
 

@@ -34,15 +34,6 @@ void AddCount(Parts& parts, uint64_t nCount, std::string_view noun, std::string_
         parts.push_back(fmt::format("{}{}", Counted(nCount, noun), behind));
 }
 
-template <class NAME>
-std::string CountsText(const std::map<int32_t, uint64_t>& counts, NAME name)
-{
-    Parts parts;
-    for (const auto& [nCode, nCount] : counts)
-        parts.push_back(fmt::format("{} {}", nCount, name(nCode)));
-    return Joined(parts, "none");
-}
-
 std::string SecondsText(int64_t nMilliseconds)
 {
     return fmt::format("{}.{:03} s", nMilliseconds / 1000, nMilliseconds % 1000);

@@ -113,7 +113,10 @@ int CFileParseBase::SeekByTime(uint32_t nTime)
         return -1;
     if (nTime == 0) {
         // Behind a full pass, which leaves m_BeginPos at -1, the file stays where it is and offsets count from -1. Kept.
-        SmartPFrameSeekReposition(m_fileForReadData);
+        if (m_BeginPos < 0)
+            SmartPFrameSeekReposition(m_fileForReadData);
+        else
+            DropJump();
         StartAt(m_BeginPos);
         SeekClear();
         return KX_SUCCESS;
