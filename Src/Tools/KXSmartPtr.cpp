@@ -2,9 +2,16 @@
 
 #include <new>
 
+#include "ThreadControl/KXThread.h"
 #include "Tools/NeverDestroyed.h"
 
 namespace Marvane::FrameSift {
+
+// The thread first: one that deletes itself may have just taken out the last entry, and still hold the lock.
+bool CRefCountHelper::REF_COUNTS::IsIdle() const
+{
+    return CKXThread::CountDeleting() == 0 && s_refMap.empty();
+}
 
 CRefCountHelper::REF_COUNTS& CRefCountHelper::Counts()
 {

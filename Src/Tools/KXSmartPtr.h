@@ -29,7 +29,7 @@ private:
     {
         std::map<void*, int32_t> s_refMap;
         CKXMutex s_lock;
-        bool IsIdle() const { return s_refMap.empty(); }
+        bool IsIdle() const;
     };
 
     // They outlive the process as long as a pointer does: a parse thread may still be running then.

@@ -254,6 +254,29 @@ TEST(FileCallsThreads, DestroyedFromACallBackItWasTheLastOne)
     EXPECT_EQ(Entries("/proc/self/fd"), nFiles);
 }
 
+// Whichever comes first: once both calls have returned, nothing is called back.
+TEST(FileCallsThreads, ADestroyBesideTheStartLeavesNoPassBehind)
+{
+    const Recording recording;
+    const size_t nThreads = Entries("/proc/self/task");
+    for (int nRound = 0; nRound < 60; ++nRound) {
+        PASS pass;
+        std::atomic<bool> bOver = false;
+        pass.onEvent = [&bOver](EVENT) { EXPECT_FALSE(bOver); };
+        void* handle = recording.Handle();
+        std::thread starter([&] {
+            const int nResult = KX_FileParser(handle, TakeFrame, TakeSummary, &pass);
+            EXPECT_TRUE(nResult == KX_SUCCESS || nResult == KX_ERROR_INVALID_HANDLE) << nResult;
+        });
+        for (int n = 0; n < nRound; ++n)
+            std::this_thread::yield();
+        EXPECT_EQ(KX_Destroy(handle), KX_SUCCESS);
+        starter.join();
+        bOver = true;
+        WaitForThreads(nThreads);
+    }
+}
+
 // One thread destroys while the other is in a callback that asks for the handle: neither waits for the other for ever,
 // and behind KX_Destroy nothing is called back, however the two met.
 TEST(FileCallsThreads, ACallBackMayUseItsHandleWhileAnotherThreadDestroysIt)

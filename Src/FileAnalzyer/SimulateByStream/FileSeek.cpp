@@ -11,7 +11,7 @@ namespace Marvane::FrameSift {
 namespace {
 
 constexpr auto sc_sourcePath = "Src/FileAnalzyer/SimulateByStream/FileSeek";
-constexpr int64_t sc_backBlock = 1024 * 1024;
+constexpr int64_t sc_backBlock = int64_t{1024} * 1024;
 constexpr int64_t sc_leastBackBlock = 65536;
 constexpr int64_t sc_maxBackWindow = 0xC800000;
 constexpr int sc_evenRounds = 16;

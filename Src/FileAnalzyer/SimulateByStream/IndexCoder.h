@@ -37,7 +37,7 @@ static_assert(gsk_indexRecordSize == 463 && offsetof(FILE_INDEX_INFO, frameInfo)
 // those bytes, XORed with the last record of the class. A record in more runs than fit in that number is stored whole.
 inline constexpr unsigned gsk_maxIndexRuns = 30;
 // The greatest number of bytes that Encode writes, an attempt that ends in a whole record included.
-inline constexpr size_t gsk_maxCodedRecord = 1 + gsk_indexRecordSize + 2 * (gsk_maxIndexRuns + 4);
+inline constexpr size_t gsk_maxCodedRecord = 1 + gsk_indexRecordSize + 2 * (size_t{gsk_maxIndexRuns} + 4);
 // No first byte has this value, as no class has the number 7.
 inline constexpr uint8_t gsk_noCodedRecord = 0xFF;
 
