@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include "Check/FindingText.h"
 #include "Io/ErrorOutput.h"
 #include "Io/Interrupt.h"
 
@@ -17,7 +18,8 @@ std::string Example()
            "\n"
            "Copies whole frames as they stand in the file: enciphered ones stay so, and sums stay true. The part "
            "begins\n"
-           "with the key frame at or before --from (with the first frame if there is none) and ends in front of the\n"
+           "with the key frame at or before --from (with the first video frame if there is none) and ends in front of "
+           "the\n"
            "first frame behind --to; audio and data between these places come along. A part that reaches out of the\n"
            "recording ends with it. Damaged frames are copied as long as they are whole; bytes in no frame are left "
            "out.\n" +
@@ -51,9 +53,9 @@ EXIT_CODE CCutCommand::Run()
     if (result.nLeftOutBytes > 0)
         WriteErrorLine(
             fmt::format("{}: {} bytes belong to no frame and were left out", result.inputName, result.nLeftOutBytes));
-    WriteError(fmt::format("{}: {} video frames ({} key), {} audio frames, {} other frames, {} bytes\n",
-                           result.outputName, result.nVideo, result.nKeys, result.nAudio, result.nOther,
-                           result.nBytes));
+    WriteError(fmt::format("{}: {} ({} key), {}, {}, {}\n", result.outputName, Counted(result.nVideo, "video frame"),
+                           result.nKeys, Counted(result.nAudio, "audio frame"), Counted(result.nOther, "other frame"),
+                           Counted(result.nBytes, "byte")));
     return EXIT_CODE::Done;
 }
 

@@ -73,7 +73,8 @@ void CExtraction::RefuseChangeOfCodec(const FOUND_RANGE& range) const
 
 void CExtraction::WriteRange(const FOUND_RANGE& range)
 {
-    ReadRange(m_recording, range, [this](const LISTED_FRAME& listed) { Take(listed.frame, listed.parsed); });
+    m_nUnread =
+        ReadRange(m_recording, range, [this](const LISTED_FRAME& listed) { Take(listed.frame, listed.parsed); });
     for (auto& output : m_outputs) {
         if (output.sink)
             output.sink->Close();
@@ -126,6 +127,10 @@ std::vector<std::string> CExtraction::Notes() const
     std::vector<std::string> notes;
     if (!m_note.empty())
         notes.push_back(m_note);
+    if (m_nUnread > 0)
+        notes.push_back(fmt::format("{}: its last {} bytes are no whole frame, or wait for the end of one that is not "
+                                    "there; \"framesift check\" tells what is in them",
+                                    m_recording.Name(), m_nUnread));
     if (!m_damaged.empty())
         notes.push_back(
             fmt::format("{}: damaged, and left out: {}", m_recording.Name(), CountsText(m_damaged, &ErrorName)));

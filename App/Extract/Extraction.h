@@ -62,6 +62,7 @@ private:
     std::map<int32_t, uint64_t> m_damaged;    // by error code
     std::map<int32_t, uint64_t> m_enciphered; // by cipher
     std::string m_note;
+    uint64_t m_nUnread = 0; // bytes behind the last frame of the recording
 };
 
 } // namespace Marvane::FrameSift

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -9,6 +10,7 @@
 
 #include "Io/AppError.h"
 #include "Io/EscapeBytes.h"
+#include "Io/Interrupt.h"
 
 namespace Marvane::FrameSift {
 
@@ -16,13 +18,36 @@ namespace {
 
 constexpr size_t sc_bufferSize = size_t{256} * 1024;
 constexpr mode_t sc_newFileMode = 0666; // the umask takes from it
+constexpr int sc_patienceMs = 50;
+
+bool IsPipe(const std::string& path)
+{
+    struct stat facts;
+    return stat(path.c_str(), &facts) == 0 && S_ISFIFO(facts.st_mode);
+}
+
+// A pipe is waited for until somebody reads it, but not in open(), where Ctrl-C could not end the wait.
+int OpenOutput(const std::string& path)
+{
+    const CInterruptWatch watch;
+    for (;;) {
+        const int nFile = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NONBLOCK, sc_newFileMode);
+        if (nFile >= 0) {
+            fcntl(nFile, F_SETFL, fcntl(nFile, F_GETFL) & ~O_NONBLOCK);
+            return nFile;
+        }
+        if (errno != ENXIO || !IsPipe(path))
+            return nFile;
+        watch.ThrowIfAsked();
+        poll(nullptr, 0, sc_patienceMs);
+    }
+}
 
 } // namespace
 
 COutputSink::COutputSink(const std::string& path) : m_name(path == "-" ? "standard output" : EscapeBytes(path))
 {
-    m_nFile =
-        path == "-" ? STDOUT_FILENO : open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, sc_newFileMode);
+    m_nFile = path == "-" ? STDOUT_FILENO : OpenOutput(path);
     if (m_nFile < 0)
         throw CAppError(EXIT_CODE::Io, "cannot create " + m_name + ": " + std::strerror(errno));
 }

@@ -37,17 +37,23 @@ FOUND_RANGE FindRange(CRecording& recording, const TIME_RANGE& times)
     return range;
 }
 
-void ReadRange(CRecording& recording, const FOUND_RANGE& range, const std::function<void(const LISTED_FRAME&)>& take)
+uint64_t ReadRange(CRecording& recording, const FOUND_RANGE& range,
+                   const std::function<void(const LISTED_FRAME&)>& take)
 {
     const CInterruptWatch watch;
     const int64_t nBegin = range.start.nOffset;
     CProgressBar progress(static_cast<uint64_t>(range.nEnd - nBegin), false);
     recording.Seek(nBegin, true);
-    for (LISTED_FRAME listed; recording.Read(listed) && listed.nFrameOffset < range.nEnd;) {
+    uint64_t nEnd = 0; // of the last record
+    for (LISTED_FRAME listed; recording.Read(listed);) {
+        if (listed.nFrameOffset >= range.nEnd)
+            return 0;
         watch.ThrowIfAsked();
         take(listed);
+        nEnd = static_cast<uint64_t>(listed.nFrameOffset + std::max(int32_t{listed.frame.frameLen}, 0));
         progress.Update(static_cast<uint64_t>(listed.nFrameOffset - nBegin));
     }
+    return recording.Size() - std::min(nEnd, recording.Size());
 }
 
 void RefuseToOverwriteInput(const std::string& inputPath, const std::string& outputPath)

@@ -20,9 +20,10 @@ std::span<const uint8_t> PayloadOf(const FrameInfo& frame);
 // Goes over the whole recording and finds the part. Throws CAppError for a time that is not there.
 FOUND_RANGE FindRange(CRecording& recording, const TIME_RANGE& times);
 
-// Calls take for each record of the part, damaged ones too; its pointers end with the call. Throws CAppError with
-// EXIT_CODE::Interrupted at Ctrl-C.
-void ReadRange(CRecording& recording, const FOUND_RANGE& range, const std::function<void(const LISTED_FRAME&)>& take);
+// Calls take for each record of the part, damaged ones too; its pointers end with the call. Answers how many bytes lie
+// behind the last record, if the part ends with the recording. Throws CAppError with EXIT_CODE::Interrupted at Ctrl-C.
+uint64_t ReadRange(CRecording& recording, const FOUND_RANGE& range,
+                   const std::function<void(const LISTED_FRAME&)>& take);
 
 // Throws CAppError with EXIT_CODE::Usage, and EXIT_CODE::Io for an input that is no regular file.
 void RefuseToOverwriteInput(const std::string& inputPath, const std::string& outputPath);

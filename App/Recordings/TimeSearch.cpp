@@ -9,6 +9,8 @@ namespace Marvane::FrameSift {
 
 void CODEC_RUN::Follow(int32_t nNext, int64_t nOffset)
 {
+    if (nNext == 0) // not told, as in front of the first key frame
+        return;
     if (!nCodec)
         nCodec = nNext;
     else if (!change && nNext != *nCodec)

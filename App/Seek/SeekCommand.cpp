@@ -22,10 +22,12 @@ std::string Example()
            "\n"
            "Prints the frame that a reader gets first behind the seek, as \"framesift frames\" prints it.\n" +
            std::string(gsk_timeHelp) +
-           "Found is the key frame at or before that place, since a decoder can start there (the first frame if there "
-           "is\n"
-           "none), or with --precise the last frame that is not behind T; of several at the same time the first one.\n"
-           "--offset N finds the last key frame in front of N, and failing that goes on from N; with --precise it "
+           "Found is the key frame at or before that place, since a decoder can start there (the first video frame if "
+           "there is\n"
+           "none; without video, the audio frame at T), or with --precise the last frame that is not behind T; of "
+           "several at the same time the first one.\n"
+           "--offset N finds the last key frame whose head, of 24 bytes, lies in front of N, and failing that goes on "
+           "from N; with --precise it "
            "finds\n"
            "the first frame at or behind N.\n"
            "Exit codes: 0 done, 2 wrong usage, a place outside the recording too, 3 cannot read or write, 4 format "
@@ -69,20 +71,35 @@ EXIT_CODE CSeekCommand::Run()
     return EXIT_CODE::Done;
 }
 
-void CSeekCommand::GoToTime(CRecording& recording) const
+// A frame inherits what it does not tell from the key frame that was read last. So reading starts at a key frame in front
+// of the frame in any case, lest it show another one's size or codec.
+void CSeekCommand::GoToTime(CRecording& recording)
 {
     const FOUND_RANGE found = FindRange(recording, {.from = m_time, .to = {}, .bMayReachOut = false});
-    recording.Seek(m_bPrecise ? found.nFrame : found.start.nOffset, true);
+    recording.Seek(found.start.nOffset, true);
+    m_nWanted = m_bPrecise ? found.nFrame : found.start.nOffset;
 }
 
-void CSeekCommand::GoToOffset(CRecording& recording) const
+void CSeekCommand::GoToOffset(CRecording& recording)
 {
     CProgressBar progress(recording.Size(), false);
     recording.Index([](const LISTED_FRAME&, int64_t) {}, progress);
     if (static_cast<uint64_t>(*m_offset) > recording.Size())
         throw CAppError(EXIT_CODE::Usage, fmt::format("{} has no offset {}: it has {} bytes", recording.Name(),
                                                       *m_offset, recording.Size()));
-    recording.Seek(*m_offset, m_bPrecise);
+    recording.Seek(*m_offset, m_bPrecise && !IsKeyFrameInFront(recording));
+    m_nWanted = m_bPrecise ? *m_offset : 0;
+}
+
+bool CSeekCommand::IsKeyFrameInFront(CRecording& recording) const
+{
+    LISTED_FRAME listed;
+    try {
+        recording.Seek(*m_offset, false);
+    } catch (const CAppError&) { // nothing at all behind the offset: the precise seek tells
+        return false;
+    }
+    return recording.Read(listed) && listed.nFrameOffset < *m_offset;
 }
 
 LISTED_FRAME CSeekCommand::ReadFrame(CRecording& recording) const
@@ -90,7 +107,7 @@ LISTED_FRAME CSeekCommand::ReadFrame(CRecording& recording) const
     const CInterruptWatch watch;
     LISTED_FRAME listed;
     while (recording.Read(listed)) {
-        if (IsWholeFrame(listed.frame))
+        if (IsWholeFrame(listed.frame) && listed.nFrameOffset >= m_nWanted)
             return listed;
         watch.ThrowIfAsked(); // a damaged stretch may be long
     }

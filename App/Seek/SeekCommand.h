@@ -23,8 +23,9 @@ public:
     EXIT_CODE Run(); // throws CAppError
 
 private:
-    void GoToTime(CRecording& recording) const;
-    void GoToOffset(CRecording& recording) const;
+    void GoToTime(CRecording& recording);
+    void GoToOffset(CRecording& recording);
+    bool IsKeyFrameInFront(CRecording& recording) const;
     LISTED_FRAME ReadFrame(CRecording& recording) const;
     void Print(const LISTED_FRAME& listed) const;
 
@@ -35,6 +36,7 @@ private:
     bool m_bPrecise = false;
     bool m_bJson = false;
     std::vector<uint8_t> m_key;
+    int64_t m_nWanted = 0; // frames in front of this offset are passed over
 };
 
 } // namespace Marvane::FrameSift

@@ -1,4 +1,6 @@
 #include <cstdlib>
+#include <sys/stat.h>
+
 #include <fstream>
 
 #include "App/CommandRun.h"
@@ -121,6 +123,20 @@ TEST_F(Extract, AChangeOfCodecIsRefusedUnlessTheRangeAvoidsIt)
     EXPECT_EQ(ReadText(m_recording).size(), stream.size());
 }
 
+TEST_F(Extract, FramesInFrontOfTheFirstKeyFrameAreNoOtherCodec)
+{
+    const auto frame = [](ZOAV_FRAME eType, uint32_t nSeq) {
+        ZoavFrame made;
+        made.Type(eType).Seq(nSeq).Payload(Bytes(50, static_cast<uint8_t>('0' + nSeq)));
+        return (eType == ZOAV_FRAME::I ? made.ExtHead(ExtHead81(sc_h264, 25)) : made).Build();
+    };
+    const Bytes unfinished = Part(frame(ZOAV_FRAME::P, 4), 0, 60);
+    Write(frame(ZOAV_FRAME::P, 1) + frame(ZOAV_FRAME::I, 2) + frame(ZOAV_FRAME::P, 3) + unfinished);
+    EXPECT_EQ(Run(m_video), 0) << m_errors;
+    EXPECT_EQ(ReadText(In("video")).size(), 150U);
+    ExpectTold("its last 60 bytes");
+}
+
 TEST_F(Extract, CtrlCEndsItAndTellsWhatThereIs)
 {
     Bytes stream;
@@ -135,6 +151,13 @@ TEST_F(Extract, CtrlCEndsItAndTellsWhatThereIs)
     EXPECT_EQ(ReadText(In("code")), "130\n");
     EXPECT_NE(ReadText(In("errors")).find("interrupted; standard output is incomplete: it has "), std::string::npos)
         << ReadText(In("errors"));
+
+    // Here it waits for somebody who reads the pipe.
+    ASSERT_EQ(mkfifo(In("pipe").c_str(), 0600), 0);
+    const std::string wait = "timeout -s INT --preserve-status 2 " FRAMESIFT_COMMAND " extract --video " + In("pipe") +
+                             " " + m_recording + " 2>" + In("errors") + "; echo $? >" + In("code");
+    ASSERT_EQ(std::system(wait.c_str()), 0);
+    EXPECT_EQ(ReadText(In("code")), "130\n");
 }
 
 } // namespace Marvane::FrameSift

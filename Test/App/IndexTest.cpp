@@ -51,6 +51,12 @@ bool CatchesSigint(pid_t nProcess)
     return false;
 }
 
+bool IsRunning(pid_t nProcess)
+{
+    siginfo_t ended = {};
+    return waitid(P_PID, static_cast<id_t>(nProcess), &ended, WEXITED | WNOHANG | WNOWAIT) == 0 && ended.si_pid == 0;
+}
+
 // Starts the command, presses Ctrl-C as soon as it listens for that, and answers the exit code; -1 if the signal killed it.
 int InterruptFramesift(std::vector<std::string> arguments, const std::string& errors)
 {
@@ -67,7 +73,7 @@ int InterruptFramesift(std::vector<std::string> arguments, const std::string& er
         execv(pointers[0], pointers.data());
         _exit(99);
     }
-    while (waitpid(nChild, nullptr, WNOHANG | WNOWAIT) == 0 && !CatchesSigint(nChild))
+    while (IsRunning(nChild) && !CatchesSigint(nChild))
         usleep(1000);
     usleep(100000); // into the pass
     kill(nChild, SIGINT);

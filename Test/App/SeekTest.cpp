@@ -93,6 +93,25 @@ TEST_F(Seek, EveryKeyFrameIsFoundByItsOwnTime)
         EXPECT_EQ(SeqAt("--time " + std::to_string((nSeq - 1) * sc_interval / 1000.0).substr(0, 5)), nSeq);
 }
 
+TEST_F(Seek, AFrameIsToldWithTheFormatOfItsOwnKeyFrame)
+{
+    const auto picture = [](ZOAV_FRAME eType, uint32_t nSeq, uint8_t nCodec) {
+        const KX_TIME time = {2026, 1, 31, 10, 0, static_cast<int32_t>(nSeq), 0};
+        ZoavFrame frame;
+        frame.Type(eType).Seq(nSeq).Time(time).Payload(Bytes(100, 0x11));
+        return (eType == ZOAV_FRAME::I ? frame.ExtHead(ExtHead81(nCodec, 25)) : frame).Build();
+    };
+    const Bytes front = picture(ZOAV_FRAME::I, 1, 1) + picture(ZOAV_FRAME::P, 2, 0);
+    const Bytes wanted = picture(ZOAV_FRAME::P, 3, 0);
+    Write(front + wanted + picture(ZOAV_FRAME::I, 4, 2) + picture(ZOAV_FRAME::P, 5, 0));
+    const json first = json::parse(RunFramesift("frames --json --limit 1 " + m_recording).output);
+    for (const std::string& place : std::vector<std::string>{"--time 2", "--offset " + std::to_string(front.size())}) {
+        const json frame = json::parse(RunFramesift("seek --precise --json " + place + " " + m_recording).output);
+        EXPECT_EQ(frame["sequence"], 3) << place;
+        EXPECT_EQ(frame["codec"], first["codec"]) << place;
+    }
+}
+
 TEST_F(Seek, TimesOutsideNameTheSpan)
 {
     WriteJumps();

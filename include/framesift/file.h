@@ -138,6 +138,10 @@ FRAMESIFT_API int KX_GetFileStreamType(void* handle, int* streamType);
  * Seek before the first read. Without a seek the first reads start from what the pass has kept of the file's end, go on
  * from the file's first byte, and state offsets that are too large.
  *
+ * What a frame does not tell of itself (codec, picture size, rate) it inherits from the key frame in front of it: from
+ * the last one that this handle has read. Behind a precise seek into the midst of pictures that may be one from elsewhere
+ * in the file, until the next key frame comes.
+ *
  * If a seek to a key frame has passed a smart P frame (KX_FRAME_SUB_TYPE_VIDEO_SMART_P_FRAME) on its way, the read
  * hands out the key frame and goes on at that smart P frame, which needs nothing in between.
  * @param handle             from KX_CreateFileHandle.
