@@ -45,7 +45,8 @@ public:
             std::memcpy(&param, key, sizeof param);
             m_log.calls.append(param.pKey, static_cast<size_t>(param.nKeyLen)).append("/");
             m_log.calls.append(param.pKeyId, static_cast<size_t>(param.nKeyIdLen));
-            m_log.calls += param.bSetPublicKey ? "+" + std::to_string(param.pPublicKey->y[31]) : "";
+            if (param.bSetPublicKey)
+                m_log.calls.append("+").append(std::to_string(param.pPublicKey->y[31]));
         } else if (key != nullptr) {
             m_log.calls.append(reinterpret_cast<char*>(key), static_cast<size_t>(keylen));
         }
