@@ -26,7 +26,9 @@ class CPlaces : public IIndexCallBack
 public:
     int OnIndex(KX_INDEX_INFO* index, FrameInfo* frame, ExtZOAVIFrameInfo*) override
     {
-        Require(index->frameOffset >= 0 && frame->framePointer != nullptr);
+        // The fast pass reports damaged frames too, of which no byte may be left.
+        Require(index->frameOffset >= 0 &&
+                (frame->framePointer != nullptr || frame->errorFlags != KX_ERROR_FLAGS_NOERROR));
         places.push_back({index->frameOffset, frame->frameSeq, frame->frameLen});
         return 0;
     }
