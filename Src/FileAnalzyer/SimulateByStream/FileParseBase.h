@@ -58,6 +58,7 @@ public:
 
 protected:
     bool IsStopped() const { return m_bStopParse.load(std::memory_order_relaxed); }
+    int FindInIndex(KX_INDEX_INFO* indexInfo, FrameInfo* frameInfo, ExtZOAVIFrameInfo* frameInfoEx);
     int TakeFrameBytes(const KX_INDEX_INFO& indexInfo, int32_t nFrameLen, std::unique_ptr<uint8_t[]>& pBytes,
                        int64_t& nRead);
     void PointInto(uint8_t* pFrame, const KX_INDEX_INFO& indexInfo, FrameInfo& frameInfo) const;

@@ -152,13 +152,17 @@ void CFileParseBase::PointInto(uint8_t* pFrame, const KX_INDEX_INFO& indexInfo, 
     frameInfo.streamPointer = nHeadLen >= 0 && nHeadLen <= frameInfo.frameLen ? pFrame + nHeadLen : pFrame;
 }
 
-int CFileParseBase::GetFrameByIndex(KX_INDEX_INFO* indexInfo, FrameInfo* frameInfo, ExtZOAVIFrameInfo* frameInfoEx)
+int CFileParseBase::FindInIndex(KX_INDEX_INFO* indexInfo, FrameInfo* frameInfo, ExtZOAVIFrameInfo* frameInfoEx)
 {
     m_fixBuffer.Clear(); // the frame of the call before ends here
     if (indexInfo == nullptr || frameInfo == nullptr)
         return KX_ERROR_PARAMETER;
-    const int nFound = m_IndexList.GetOneIndex(indexInfo->index, indexInfo, frameInfo, frameInfoEx);
-    if (nFound != KX_SUCCESS)
+    return m_IndexList.GetOneIndex(indexInfo->index, indexInfo, frameInfo, frameInfoEx);
+}
+
+int CFileParseBase::GetFrameByIndex(KX_INDEX_INFO* indexInfo, FrameInfo* frameInfo, ExtZOAVIFrameInfo* frameInfoEx)
+{
+    if (const int nFound = FindInIndex(indexInfo, frameInfo, frameInfoEx); nFound != KX_SUCCESS)
         return nFound;
     std::unique_ptr<uint8_t[]> pBytes;
     int64_t nRead = 0; // a short read is not looked at

@@ -48,14 +48,14 @@ int64_t SubHeadLen(const FrameInfo& frame)
     const uint8_t* pPayload = frame.streamPointer;
     const int64_t nRoom = PayloadRoom(frame);
     switch (frame.frameSubType) {
-    case 21:
+    case KX_FRAME_SUB_TYPE_POPULATION_PIC_OVERLAY:
         return nRoom >= 1 ? pPayload[0] : 0;
     case KX_FRAME_SUB_TYPE_DATA_OSD:
         return nRoom >= 2 ? pPayload[0] | pPayload[1] << 8 : 0;
-    case 4:
-    case 5:
-    case 6:
-        return 12;
+    case KX_FRAME_SUB_TYPE_WATERMARK_TEXT:
+    case KX_FRAME_SUB_TYPE_WATERMARK_JPEG:
+    case KX_FRAME_SUB_TYPE_WATERMARK_BMP:
+        return 12; // the one kind whose head does not tell its length
     default:
         return 0;
     }
@@ -87,11 +87,7 @@ int64_t CZOAVFile::RecalcTimeStamp(FrameInfo* frameInfo)
 
 int CZOAVFile::GetFrameByIndex(KX_INDEX_INFO* indexInfo, FrameInfo* frameInfo, ExtZOAVIFrameInfo* frameInfoEx)
 {
-    m_fixBuffer.Clear(); // the frame of the call before ends here
-    if (indexInfo == nullptr || frameInfo == nullptr)
-        return KX_ERROR_PARAMETER;
-    const int nFound = m_IndexList.GetOneIndex(indexInfo->index, indexInfo, frameInfo, frameInfoEx);
-    if (nFound != KX_SUCCESS)
+    if (const int nFound = FindInIndex(indexInfo, frameInfo, frameInfoEx); nFound != KX_SUCCESS)
         return nFound;
     const int32_t nFrameLen = frameInfo->frameLen;
     std::unique_ptr<uint8_t[]> pBytes;
