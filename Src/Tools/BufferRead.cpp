@@ -2,16 +2,6 @@
 
 namespace Marvane::FrameSift {
 
-const uint8_t* CBufferRead::ReadBuffer(uint32_t nLen)
-{
-    // Not "m_nCurPos + nLen > m_nBufferLen": that sum wraps for a length near 2^32.
-    if (nLen > m_nBufferLen - m_nCurPos)
-        return nullptr;
-    const uint8_t* pBytes = m_pBuffer + m_nCurPos;
-    m_nCurPos += nLen;
-    return pBytes;
-}
-
 bool CBufferRead::ReadUint8(uint8_t& value)
 {
     const uint8_t* pBytes = ReadBuffer(sizeof value);
@@ -64,11 +54,6 @@ uint32_t CBufferRead::ReadInt24()
 {
     const uint8_t* pBytes = ReadBuffer(3);
     return pBytes != nullptr ? static_cast<uint32_t>(LoadLsb(pBytes, 3)) : 0;
-}
-
-bool CBufferRead::Skip(uint32_t nLen)
-{
-    return ReadBuffer(nLen) != nullptr;
 }
 
 void CBufferRead::Backforword(uint32_t nLen)

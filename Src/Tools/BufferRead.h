@@ -14,8 +14,17 @@ class CBufferRead
 public:
     CBufferRead(const uint8_t* pBuffer, uint32_t nBufferLen) : m_pBuffer(pBuffer), m_nBufferLen(nBufferLen) {}
 
-    // The next nLen bytes; null and no move if fewer remain.
-    [[nodiscard]] const uint8_t* ReadBuffer(uint32_t nLen);
+    // The next nLen bytes; null and no move if fewer remain. Here and not in the source file: records of many small fields
+    // are read by it, and a call for each takes longer than the reading.
+    [[nodiscard]] const uint8_t* ReadBuffer(uint32_t nLen)
+    {
+        // Not "m_nCurPos + nLen > m_nBufferLen": that sum wraps for a length near 2^32.
+        if (nLen > m_nBufferLen - m_nCurPos)
+            return nullptr;
+        const uint8_t* pBytes = m_pBuffer + m_nCurPos;
+        m_nCurPos += nLen;
+        return pBytes;
+    }
     [[nodiscard]] bool ReadUint8(uint8_t& value);
     [[nodiscard]] bool ReadUint16Lsb(uint16_t& value);
     [[nodiscard]] bool ReadInt16Lsb(int16_t& value);
@@ -27,7 +36,7 @@ public:
     [[nodiscard]] uint32_t ReadInt24();
 
     // False and no move if it would pass the end.
-    bool Skip(uint32_t nLen);
+    bool Skip(uint32_t nLen) { return ReadBuffer(nLen) != nullptr; }
 
     // Back by nLen, but not before the first byte.
     void Backforword(uint32_t nLen);
