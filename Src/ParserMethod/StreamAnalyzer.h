@@ -6,6 +6,7 @@
 #include <atomic>
 #include <cstdint>
 #include <memory>
+#include <span>
 
 #include "ESParse/ESHead.h"
 #include "Error/Error.h"
@@ -59,6 +60,10 @@ public:
     // Arms a capture: 0 of what goes in, 1 of what comes out, any other number of both.
     bool WriteFileInfo(void* handle, const char* pWritePath, int nWriteType, int nWriteSize);
     int SetInfoProcCallback(fKXInfoCallback pInfoCallback, void* userData);
+    // Who takes the objects of ParseIVSEx; null: nobody. Not while that runs.
+    void SetIVSObjAttrCBFun(IVSObjAttrCBFun pCallBack, void* pUserData);
+    // Parses a payload of metadata and hands its objects out in the plain form. A KX_RESULT or KX_RESULT_EX.
+    int ParseIVSEx(unsigned char* pBuffer, int len, KX_IVS_PARSE_TYPE eParseType);
     // From then on each cycle tells the parser to spare work. There is no way back.
     void SetLowCpuPercentageEnable();
 
@@ -69,6 +74,10 @@ protected:
     CLogicData m_logicData; // the parser's window
 
 private:
+    static int CallBackIVSEx(KX_IVS_PARSE_TYPE IVSType, void* pIVSBuff, int nIVSBuffLen, void* pUserData);
+    void HandOutTracks(const KX_IVS_OBJ_EX* pObjects, int nIVSBuffLen) const;
+    void HandOutCommonObjects(std::span<uint8_t> objects) const;
+    void HandOut(KX_IVS_OBJ_INFO& info) const;
     int ParseDataEx();
     int AnalyzeStreamType();
     int ChooseClass();
@@ -105,6 +114,8 @@ private:
 
     fKXInfoCallback m_pInfoCallback = nullptr;
     void* m_userData = nullptr;
+    IVSObjAttrCBFun m_fpIVSObjAttrCBFun = nullptr;
+    void* m_pIVSUserData = nullptr;
     CDbgStreamSave m_streamSaveDebug;
     CDbgStreamSave m_streamSaveDebugOut;
     bool m_bLowCpuPercentage = false;

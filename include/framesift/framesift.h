@@ -1,7 +1,7 @@
 /**
  * @mainpage
  * Start with framesift.h: it tells the life of a stream and the rules that every caller needs. The calls stand in
- * stream.h, those for recordings in file.h, the record of a frame in frame_info.h.
+ * stream.h, those for recordings in file.h, those for metadata in ivs.h, the record of a frame in frame_info.h.
  */
 
 /**
@@ -34,6 +34,7 @@
 #include "framesift/file.h"         // IWYU pragma: export
 #include "framesift/frame_codes.h"  // IWYU pragma: export
 #include "framesift/frame_info.h"   // IWYU pragma: export
+#include "framesift/ivs.h"          // IWYU pragma: export
 #include "framesift/log_level.h"    // IWYU pragma: export
 #include "framesift/records.h"      // IWYU pragma: export
 #include "framesift/result.h"       // IWYU pragma: export

@@ -32,7 +32,7 @@ typedef enum KX_RESULT
     KX_ERROR_INDEX_OUTOFRANGE = 7,
     /** The recording is empty. There is nothing to read. No call answers this: an empty recording ends at once. */
     KX_ERROR_FILE_SIZE_ZERO = 8,
-    /** The bytes do not follow the format that they claim. Drop them; later bytes may be sound. No call answers this. */
+    /** The bytes do not follow the format that they claim. Drop them; later bytes may be sound. Metadata only. */
     KX_ERROR_BAD_FORMATTED = 9,
     /** The recording could not be read. No call answers this: what cannot be read counts as the end. */
     KX_ERROR_FILE_READ = 10,
@@ -59,18 +59,18 @@ typedef enum KX_RESULT
 } KX_RESULT;
 
 /**
- * Codes of intelligent video metadata (objects, attributes, traffic). They reuse the numbers from 15 on, so that a code
- * says something only together with the call that answered it. No call answers them at present.
+ * Codes of the calls for intelligent video metadata, KX_ParseIVS and KX_ParseIVSEx. They reuse the numbers from 15 on, so
+ * that a code says something only together with the call that answered it.
  */
 typedef enum KX_RESULT_EX
 {
-    /** The metadata has a version that is not known. Skip this block; others may be readable. */
+    /** The metadata has a version that is not known. Skip this payload; others may be readable. */
     KX_ERROR_WRONG_VERSION = 15,
-    /** The metadata counts more objects than it holds. Skip this block. */
+    /** The metadata announces more objects than there can be. Skip this payload. */
     KX_ERROR_BAD_OBJ_COUNT = 16,
-    /** The metadata is of a kind that is not parsed. Skip this block. */
+    /** The format asked for is none that is parsed. Correct the call. */
     KX_ERROR_PARSE_TYPE_NO_SUPPORT = 17,
-    /** The metadata is damaged. Skip this block. */
+    /** The metadata is damaged. Skip this payload. */
     KX_ERROR_IVS_DATA_WRONG = 18
 } KX_RESULT_EX;
 

@@ -1,0 +1,79 @@
+// Lanes with bent edges, names, many virtual loops, and marks of distance.
+#include "IVSParser/IVSLane.h"
+#include "IVSParser/IVSLaneParts.h"
+#include "IVSParser/IVSParser.h"
+#include "Tools/KXLog.h"
+
+namespace Marvane::FrameSift {
+
+namespace {
+
+int ParseLane(CBufferRead& pb, KX_IVS_ATTRIBUTE_96_LANE_INFO& lane, int nLane)
+{
+    Take(pb, lane.lane_id);
+    Take(pb, lane.lane_type);
+    Take(pb, lane.left_lane_position_num);
+    if (!IsWithin(lane.left_lane_position_num, std::size(lane.left_lane_position))) {
+        KX_WRITE_LOG(KX_LOG_LevelWarn, gsk_ivsPath,
+                     "[ParseAttribute[96] has error. attr.lane_info[%d]..left_lane_position_num = %d \n", nLane,
+                     lane.left_lane_position_num);
+        return KX_ERROR_PARAMETER;
+    }
+    pb.Skip(1);
+    TakeCounted<uint16_t>(pb, lane.left_lane_position, lane.left_lane_position_num);
+    Take(pb, lane.right_lane_position_num);
+    if (!IsWithin(lane.right_lane_position_num, std::size(lane.right_lane_position))) {
+        KX_WRITE_LOG(KX_LOG_LevelWarn, gsk_ivsPath,
+                     "[ParseAttribute96] has error. attr.lane_info[%d]..right_lane_position_num = %d \n", nLane,
+                     lane.right_lane_position_num);
+        return KX_ERROR_PARAMETER;
+    }
+    pb.Skip(1);
+    TakeCounted<uint16_t>(pb, lane.right_lane_position, lane.right_lane_position_num);
+    TakeName(pb, lane.lane_name);
+    Take(pb, lane.lane_virtual_number);
+    if (lane.lane_virtual_number > std::size(lane.virtual_circle)) {
+        KX_WRITE_LOG(KX_LOG_LevelWarn, gsk_ivsPath, "[ParseAttribute96] has error. lane_virtual_number = %d \n",
+                     lane.lane_virtual_number);
+        return KX_ERROR_PARAMETER;
+    }
+    pb.Skip(1);
+    for (KX_IVS_VIRTUAL_CIRCLE& circle : std::span(lane.virtual_circle).first(lane.lane_virtual_number))
+        TakeCircle(pb, circle);
+    return KX_SUCCESS;
+}
+
+} // namespace
+
+int ParseAttribute96(CBufferRead& pb, KX_IVS_ATTRIBUTE_96& attr, int /*nLen*/)
+{
+    Take(pb, attr.packet_length);
+    if (!IsLaneLength(attr.packet_length)) {
+        KX_WRITE_LOG(KX_LOG_LevelWarn, gsk_ivsPath,
+                     "[ParseAttribute] attrtype len is wrong. attrtype = 0x96 ,attrtypeDataLen = %d\n",
+                     attr.packet_length);
+        return KX_ERROR_BAD_FORMATTED;
+    }
+    Take(pb, attr.lane_number);
+    if (!IsWithin(attr.lane_number, std::size(attr.lane_info))) {
+        KX_WRITE_LOG(KX_LOG_LevelWarn, gsk_ivsPath, "[ParseAttribute96] has error. arrtibute96.lane_number = %d \n",
+                     attr.lane_number);
+        return KX_ERROR_PARAMETER;
+    }
+    pb.Skip(1);
+    for (int n = 0; n < attr.lane_number; ++n) {
+        const int nResult = ParseLane(pb, attr.lane_info[n], n);
+        if (nResult != KX_SUCCESS)
+            return nResult;
+    }
+    Take(pb, attr.mark_number);
+    if (attr.mark_number > std::size(attr.mark_position)) {
+        KX_WRITE_LOG(KX_LOG_LevelWarn, gsk_ivsPath,
+                     "[ParseAttribute96] has error. attr.arrtibute96.mark_number = %d \n", attr.mark_number);
+        return KX_ERROR_PARAMETER;
+    }
+    TakeMarks(pb, attr);
+    return KX_SUCCESS;
+}
+
+} // namespace Marvane::FrameSift
