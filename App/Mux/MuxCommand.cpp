@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "FrameWriter/ExtHeads.h"
 #include "Io/ErrorOutput.h"
 #include "Keys/KeyOption.h"
@@ -14,11 +16,15 @@ namespace {
 constexpr const char* sc_example =
     "Example:\n"
     "  framesift mux --video Samples/h264/cif_baseline_25.h264 --video-codec h264 \\\n"
-    "      --audio Samples/audio/g711a_8k_160.alaw --audio-codec g711a -o out.zoav\n"
+    "      --audio Samples/audio/g711a_8k_160.alaw --audio-codec g711a \\\n"
+    "      --ivs Samples/ivs/scene.json -o out.zoav\n"
     "\n"
     "A key picture becomes an I frame: IDR or I picture and recovery point in h264, "
     "IDR, CRA or BLA in h265, I picture\n"
     "elsewhere. Units follow each other at the given rate in the order of the stream.\n"
+    "--ivs takes tracked objects, lanes, counts, scenes and drawings from JSON, as Docs/ivs-json.md tells; each of "
+    "its\n"
+    "frames becomes a data frame at its time.\n"
     "--key enciphers the payloads of all frames by AES in ECB mode: whole blocks of 16 "
     "bytes, what is left behind\n"
     "them stays plain, and so do the heads. The same key given to \"framesift frames\" "
@@ -66,11 +72,13 @@ void ReportTrack(const char* pWhat, const CTrack* pTrack)
 
 } // namespace
 
-CMuxCommand::CMuxCommand(CLI::App& app) : m_pVerb(app.add_subcommand("mux", "Make a recording from elementary streams"))
+CMuxCommand::CMuxCommand(CLI::App& app)
+    : m_pVerb(app.add_subcommand("mux", "Make a recording from elementary streams and metadata"))
 {
     m_pVerb->footer(sc_example);
     DeclareVideo();
     DeclareAudio();
+    DeclareIvs();
     DeclareRecording();
     DeclareSeal();
 }
@@ -125,6 +133,12 @@ void CMuxCommand::DeclareAudio()
         pOption->needs(pAudio);
 }
 
+void CMuxCommand::DeclareIvs()
+{
+    m_pVerb->add_option("--ivs", m_options.ivsPath,
+                        "Intelligent video metadata (IVS) as a JSON description; - is standard input");
+}
+
 void CMuxCommand::DeclareRecording()
 {
     AddParsed(*m_pVerb, "--start",
@@ -173,10 +187,11 @@ void CMuxCommand::DeclareSeal()
 
 void CMuxCommand::CheckTogether() const
 {
-    if (m_options.videoPath.empty() && m_options.audioPath.empty())
-        throw CAppError(EXIT_CODE::Usage, "mux needs --video, --audio or both");
-    if (m_options.videoPath == "-" && m_options.audioPath == "-")
-        throw CAppError(EXIT_CODE::Usage, "only one stream can come from standard input");
+    const auto inputs = {m_options.videoPath, m_options.audioPath, m_options.ivsPath};
+    if (std::all_of(inputs.begin(), inputs.end(), [](const std::string& path) { return path.empty(); }))
+        throw CAppError(EXIT_CODE::Usage, "mux needs one of --video, --audio and --ivs at least");
+    if (std::count(inputs.begin(), inputs.end(), "-") > 1)
+        throw CAppError(EXIT_CODE::Usage, "only one input can come from standard input");
 }
 
 EXIT_CODE CMuxCommand::Run()
@@ -188,8 +203,9 @@ EXIT_CODE CMuxCommand::Run()
     ReportTrack("audio", muxer.Audio());
     const auto units = [](const CTrack* pTrack) { return pTrack == nullptr ? 0U : pTrack->Units(); };
     const uint32_t nKeys = muxer.Video() == nullptr ? 0U : muxer.Video()->KeyUnits();
-    WriteError(fmt::format("{}: {} video frames ({} key), {} audio frames, {} bytes\n", muxer.Output().Name(),
-                           units(muxer.Video()), nKeys, units(muxer.Audio()), muxer.Output().WrittenBytes()));
+    WriteError(fmt::format("{}: {} video frames ({} key), {} audio frames, {} IVS frames, {} bytes\n",
+                           muxer.Output().Name(), units(muxer.Video()), nKeys, units(muxer.Audio()),
+                           muxer.Ivs() == nullptr ? 0U : muxer.Ivs()->Units(), muxer.Output().WrittenBytes()));
     return EXIT_CODE::Done;
 }
 

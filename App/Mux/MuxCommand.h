@@ -20,6 +20,7 @@ public:
 private:
     void DeclareVideo();
     void DeclareAudio();
+    void DeclareIvs();
     void DeclareRecording();
     void DeclareSeal();
     void CheckTogether() const;

@@ -27,6 +27,8 @@ struct MUX_OPTIONS
     const AUDIO_CODEC_ROW* pAudioCodec = nullptr;
     RAW_AUDIO rawAudio;
 
+    std::string ivsPath; // empty: no intelligent video metadata
+
     CLOCK_MS nStart = gsk_defaultStart;
     ZOAV_FAMILY eFamily = ZOAV_FAMILY::ZOAV;
     SEAL_OPTIONS seal;

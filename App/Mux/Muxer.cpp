@@ -59,14 +59,22 @@ void CMuxer::OpenTracks()
         m_audioSource.emplace(m_options.audioPath, m_options.pAudioCodec->pfnMakeCutter(format));
         m_audio.emplace(*m_audioSource);
     }
+    if (!m_options.ivsPath.empty())
+        m_ivs.emplace(m_options.ivsPath);
 }
 
 void CMuxer::RefuseToOverwriteInputs() const
 {
+    const auto refuse = [this](const CInputFile& input) {
+        if (input.IsSameFile(m_options.outputPath))
+            throw CAppError(EXIT_CODE::Usage, input.Name() + " is an input and the output too");
+    };
     for (const auto* pSource : {&m_videoSource, &m_audioSource}) {
-        if (*pSource && (*pSource)->File().IsSameFile(m_options.outputPath))
-            throw CAppError(EXIT_CODE::Usage, (*pSource)->File().Name() + " is an input and the output too");
+        if (*pSource)
+            refuse((*pSource)->File());
     }
+    if (m_ivs)
+        refuse(m_ivs->File());
 }
 
 void CMuxer::Run()
@@ -83,17 +91,25 @@ void CMuxer::Run()
 
 bool CMuxer::WriteNext()
 {
+    constexpr uint64_t nNever = UINT64_MAX;
     const MediaUnit* pVideo = m_video ? m_video->Front() : nullptr;
     const MediaUnit* pAudio = m_audio ? m_audio->Front() : nullptr;
-    if (pVideo != nullptr && (pAudio == nullptr || m_video->DueMs() <= m_audio->DueMs())) {
+    const IVS_UNIT* pIvs = m_ivs ? m_ivs->Front() : nullptr;
+    const uint64_t nVideo = pVideo == nullptr ? nNever : m_video->DueMs();
+    const uint64_t nAudio = pAudio == nullptr ? nNever : m_audio->DueMs();
+    const uint64_t nIvs = pIvs == nullptr ? nNever : pIvs->nDueMs;
+    if (pVideo != nullptr && nVideo <= std::min(nAudio, nIvs)) {
         WriteVideo(*pVideo);
         m_video->Pop();
-        return true;
-    }
-    if (pAudio == nullptr)
+    } else if (pAudio != nullptr && nAudio <= nIvs) {
+        WriteAudio(*pAudio);
+        m_audio->Pop();
+    } else if (pIvs != nullptr) {
+        WriteIvs(*pIvs);
+        m_ivs->Pop();
+    } else {
         return false;
-    WriteAudio(*pAudio);
-    m_audio->Pop();
+    }
     return true;
 }
 
@@ -108,7 +124,7 @@ void CMuxer::WriteVideo(const MediaUnit& unit)
         frame.ExtHead(ExtHead8A(codec.chEncodeType, static_cast<uint16_t>(rate.nValue),
                                 static_cast<uint16_t>(rate.nDenominator)));
     frame.ExtHead(ExtHead82(static_cast<uint16_t>(unit.nWidth), static_cast<uint16_t>(unit.nHeight)));
-    WritePayload(unit, frame);
+    WritePayload(unit.payload, frame);
 }
 
 void CMuxer::WriteAudio(const MediaUnit& unit)
@@ -121,12 +137,19 @@ void CMuxer::WriteAudio(const MediaUnit& unit)
     // The short form for readers that know no other; the long one wins, and tells the bit rate.
     frame.ExtHead(ExtHead83(chChannels, chEncodeType, chSampleType));
     frame.ExtHead(ExtHead8C(chChannels, chEncodeType, chSampleType, BitRateTypeOf(unit.nBitsPerSec)));
-    WritePayload(unit, frame);
+    WritePayload(unit.payload, frame);
 }
 
-void CMuxer::WritePayload(const MediaUnit& unit, ZoavFrame& frame)
+void CMuxer::WriteIvs(const IVS_UNIT& unit)
 {
-    m_seal.Put(unit.payload, frame);
+    ZoavFrame frame = FrameAt(unit.nDueMs, m_ivs->Units() + 1);
+    frame.Type(ZOAV_FRAME::Data, unit.chSubType);
+    WritePayload(unit.payload, frame);
+}
+
+void CMuxer::WritePayload(std::span<const uint8_t> payload, ZoavFrame& frame)
+{
+    m_seal.Put(payload, frame);
     m_output->Write(frame.Build());
 }
 

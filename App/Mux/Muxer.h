@@ -1,16 +1,18 @@
-// Writes a recording from a video track and an audio track.
+// Writes a recording from a video track, an audio track and a track of intelligent video metadata.
 #ifndef FRAMESIFT_APP_MUX_MUXER_H
 #define FRAMESIFT_APP_MUX_MUXER_H
 
 #include <optional>
+#include <span>
 
 #include "Io/OutputSink.h"
+#include "Mux/IvsDescription.h"
 #include "Mux/MuxOptions.h"
 
 namespace Marvane::FrameSift {
 
-// The frames stand in the order of their time; at the same time video comes first. Each track counts its own frames
-// from 1 on, since a reader looks for gaps in the numbers of the video frames.
+// The frames stand in the order of their time; at the same time video comes first, then audio. Each track
+// counts its own frames from 1 on, since a reader looks for gaps in the numbers of the video frames.
 class CMuxer
 {
 public:
@@ -22,15 +24,17 @@ public:
 
     const CTrack* Video() const { return m_video ? &*m_video : nullptr; }
     const CTrack* Audio() const { return m_audio ? &*m_audio : nullptr; }
+    const CIvsTrack* Ivs() const { return m_ivs ? &*m_ivs : nullptr; }
     const COutputSink& Output() const { return *m_output; }
 
 private:
     void OpenTracks();
     void RefuseToOverwriteInputs() const;
-    bool WriteNext(); // false: both tracks are at their end
+    bool WriteNext(); // false: all tracks are at their end
     void WriteVideo(const MediaUnit& unit);
     void WriteAudio(const MediaUnit& unit);
-    void WritePayload(const MediaUnit& unit, ZoavFrame& frame);
+    void WriteIvs(const IVS_UNIT& unit);
+    void WritePayload(std::span<const uint8_t> payload, ZoavFrame& frame);
     ZoavFrame FrameAt(uint64_t nDueMs, uint32_t nSeq) const;
 
     const MUX_OPTIONS& m_options;
@@ -39,6 +43,7 @@ private:
     std::optional<CUnitSource> m_audioSource;
     std::optional<CVideoTrack> m_video;
     std::optional<CAudioTrack> m_audio;
+    std::optional<CIvsTrack> m_ivs;
     std::optional<COutputSink> m_output;
 };
 
