@@ -15,6 +15,7 @@
 #include "Info/InfoCommand.h"
 #include "Io/ErrorOutput.h"
 #include "Io/OutputSink.h"
+#include "Ivs/IvsCommand.h"
 #include "Keys/UnexpectedText.h"
 #include "Mux/MuxCommand.h"
 #include "Seek/SeekCommand.h"
@@ -74,10 +75,10 @@ EXIT_CODE ParseAndRun(int nArguments, char** pArguments)
     app.footer(sc_example);
     app.set_version_flag("--version", std::string("framesift ") + KX_GetVersion());
     app.require_subcommand(0, 1);
-    const std::vector<VERB> verbs = {Declare<CFramesCommand>(app),  Declare<CMuxCommand>(app),
-                                     Declare<CCheckCommand>(app),   Declare<CInfoCommand>(app),
-                                     Declare<CIndexCommand>(app),   Declare<CSeekCommand>(app),
-                                     Declare<CExtractCommand>(app), Declare<CCutCommand>(app)};
+    const std::vector<VERB> verbs = {
+        Declare<CFramesCommand>(app),  Declare<CMuxCommand>(app),   Declare<CCheckCommand>(app),
+        Declare<CInfoCommand>(app),    Declare<CIndexCommand>(app), Declare<CSeekCommand>(app),
+        Declare<CExtractCommand>(app), Declare<CCutCommand>(app),   Declare<CIvsCommand>(app)};
     try {
         app.parse(nArguments, pArguments);
     } catch (const CLI::Success& answer) { // --help and --version, which are no failure
