@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "FrameWriter/ZOAVFrameWriter.h"
+#include "IvsSeeds.h"
 
 namespace Marvane::FrameSift {
 
@@ -123,6 +124,12 @@ bool WriteSeeds(const std::string& target, const std::string& folder)
 {
     if (const std::string codec = CodecOf(target); !codec.empty())
         return WriteSampleSeeds(codec, folder);
+    if (const std::vector<Bytes> payloads = IvsSeeds(target); !payloads.empty()) {
+        bool bWritten = true;
+        for (size_t n = 0; n < payloads.size(); ++n)
+            bWritten = Write(folder + "/seed-" + std::to_string(n), payloads[n]) && bWritten;
+        return bWritten;
+    }
     if (target == "FuzzDecrypt")
         return Write(folder + "/seed-keys", SoundStream(ZOAV_FAMILY::ZOAV));
     if (target == "FuzzExtHeads") {

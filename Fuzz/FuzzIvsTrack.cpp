@@ -1,0 +1,8 @@
+// Tracked objects, first form. An object of 12 bytes gives a record of 92.
+#include "IvsTarget.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize)
+{
+    using namespace Marvane::FrameSift;
+    return FuzzIvs({IVS_TRACK, {KX_SUCCESS, KX_ERROR_WRONG_VERSION, KX_ERROR_IVS_DATA_WRONG}, true, 8}, pData, nSize);
+}
