@@ -19,16 +19,9 @@ int ParseLane(CBufferRead& pb, KX_IVS_ATTRIBUTE_95_LANE_INFO& lane, int nLane)
         return KX_ERROR_PARAMETER;
     }
     TakeCounted<uint16_t>(pb, lane.left_lane_position, lane.left_lane_position_num);
-    Take(pb, lane.right_lane_position_num);
-    if (!IsWithin(lane.right_lane_position_num, std::size(lane.right_lane_position))) {
-        // 96: one text for the right edges of both forms, kept.
-        KX_WRITE_LOG(KX_LOG_LevelWarn, gsk_ivsPath,
-                     "[ParseAttribute96] has error. attr.lane_info[%d]..right_lane_position_num = %d \n", nLane,
-                     lane.right_lane_position_num);
-        return KX_ERROR_PARAMETER;
-    }
-    pb.Skip(1);
-    TakeCounted<uint16_t>(pb, lane.right_lane_position, lane.right_lane_position_num);
+    const int nResult = TakeRightEdge(pb, lane, nLane);
+    if (nResult != KX_SUCCESS)
+        return nResult;
     Take(pb, lane.lane_virtual_number);
     if (lane.lane_virtual_number > std::size(lane.virtual_circle)) {
         KX_WRITE_LOG(KX_LOG_LevelWarn, gsk_ivsPath, "[ParseAttribute95] has error. lane_virtual_number = %d \n",
