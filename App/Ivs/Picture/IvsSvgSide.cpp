@@ -53,9 +53,13 @@ public:
         for (size_t nPos = 0; nPos < text.size();) {
             const size_t nEnd = std::min(text.find(' ', nPos), text.size());
             const std::string word = text.substr(nPos, nEnd - nPos);
-            if (!line.empty() && TextWidth(line + " " + word, sc_textSize) > gsk_sideWidth * sc_noteSlack)
+            std::string longer = line;
+            longer.append(line.empty() ? "" : " ").append(word);
+            if (!line.empty() && TextWidth(longer, sc_textSize) > gsk_sideWidth * sc_noteSlack) {
                 WriteLine(line);
-            line.append(line.empty() ? "" : " ").append(word);
+                longer = word;
+            }
+            line = std::move(longer);
             nPos = nEnd + 1;
         }
         WriteLine(line);
