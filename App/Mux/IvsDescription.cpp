@@ -6,7 +6,7 @@
 #include <charconv>
 
 #include "Io/AppError.h"
-#include "Io/EscapeBytes.h"
+#include "Ivs/Json/IvsJsonText.h"
 #include "Ivs/Json/IvsWireFields.h"
 #include "Mux/UnitCutter.h"
 
@@ -16,15 +16,19 @@ namespace {
 
 using nlohmann::ordered_json;
 
-constexpr int64_t sc_maxAtMs = int64_t{64} * 366 * 24 * 60 * 60 * 1000; // all years that the wire can carry
 constexpr size_t sc_chunk = size_t{1} << 16;
+constexpr size_t sc_maxText = size_t{64} << 20;    // hours of metadata; it is kept whole in memory
+constexpr size_t sc_maxPayloads = size_t{1} << 30; // and so are the payloads, until they are written
 
 std::string ReadAll(CInputFile& file)
 {
     std::string text;
     std::vector<uint8_t> chunk(sc_chunk);
-    for (size_t nRead = file.Read(chunk); nRead > 0; nRead = file.Read(chunk))
+    for (size_t nRead = file.Read(chunk); nRead > 0; nRead = file.Read(chunk)) {
         text.append(chunk.begin(), chunk.begin() + static_cast<std::ptrdiff_t>(nRead));
+        if (text.size() > sc_maxText)
+            throw CIvsJsonError(fmt::format("is too long for a description: at most {} MiB", sc_maxText >> 20));
+    }
     return text;
 }
 
@@ -63,17 +67,18 @@ Bytes RecordsPayload(const IVS_FORMAT_ROW& format, const CJsonPlace& frame)
     }
 }
 
-IVS_UNIT UnitOf(const CJsonPlace& frame)
+IVS_UNIT UnitOf(const CJsonPlace& frame, uint64_t nMaxAtMs)
 {
     RequireNames(frame, {}, {"at_ms", "format", "records", "payload"});
     const CJsonPlace name = frame.At("format");
+    name.RequireGiven();
     const IVS_FORMAT_ROW* pFormat = FindIvsFormat(name.Text());
     if (pFormat == nullptr)
         name.Fail("is none of " + IvsFormatNames());
     if (frame.Has("records") == frame.Has("payload"))
         frame.Fail("must have records or a payload, and not both");
     IVS_UNIT unit;
-    unit.nDueMs = static_cast<uint64_t>(frame.At("at_ms").Number(0, sc_maxAtMs));
+    unit.nDueMs = static_cast<uint64_t>(frame.At("at_ms").Number(0, static_cast<int64_t>(nMaxAtMs)));
     unit.chSubType = pFormat->chSubType;
     unit.payload = frame.Has("payload") ? RawPayload(frame.At("payload")) : RecordsPayload(*pFormat, frame);
     if (unit.payload.size() > gsk_maxUnitSize)
@@ -81,43 +86,38 @@ IVS_UNIT UnitOf(const CJsonPlace& frame)
     return unit;
 }
 
-ordered_json ParseJson(const std::string& text)
-{
-    try {
-        return ordered_json::parse(text);
-    } catch (const ordered_json::parse_error& error) {
-        // "[json.exception.parse_error.101] parse error at line 1, column 2: ..."
-        const std::string_view what = error.what();
-        const size_t nAt = what.find("parse error at ");
-        throw CIvsJsonError(EscapeBytes(what.substr(nAt == std::string_view::npos ? 0 : nAt)));
-    }
-}
-
 } // namespace
 
-std::vector<IVS_UNIT> ParseIvsDescription(const std::string& text)
+std::vector<IVS_UNIT> ParseIvsDescription(const std::string& text, uint64_t nMaxAtMs)
 {
-    const ordered_json json = ParseJson(text);
+    const ordered_json json = ParseIvsJsonText(text);
     const CJsonPlace description(json, "");
     if (!json.is_object())
         throw CIvsJsonError("holds no object with frames");
     RequireNames(description, {}, {"frames"});
     const CJsonPlace frames = description.At("frames");
+    frames.RequireGiven();
     const size_t nCount = frames.Size(UINT32_MAX);
     if (nCount == 0)
         frames.Fail("there must be one at least");
     std::vector<IVS_UNIT> units;
-    for (size_t n = 0; n < nCount; ++n)
-        units.push_back(UnitOf(frames.At(n)));
+    size_t nTotal = 0;
+    for (size_t n = 0; n < nCount; ++n) {
+        units.push_back(UnitOf(frames.At(n), nMaxAtMs));
+        nTotal += units.back().payload.size();
+        if (nTotal > sc_maxPayloads)
+            frames.At(n).Fail(
+                fmt::format("the payloads up to here are too long: at most {} MiB", sc_maxPayloads >> 20));
+    }
     std::stable_sort(units.begin(), units.end(),
                      [](const IVS_UNIT& left, const IVS_UNIT& right) { return left.nDueMs < right.nDueMs; });
     return units;
 }
 
-CIvsTrack::CIvsTrack(const std::string& path) : m_file(path)
+CIvsTrack::CIvsTrack(const std::string& path, uint64_t nMaxAtMs) : m_file(path)
 {
     try {
-        m_units = ParseIvsDescription(ReadAll(m_file));
+        m_units = ParseIvsDescription(ReadAll(m_file), nMaxAtMs);
     } catch (const CIvsJsonError& error) {
         throw CAppError(EXIT_CODE::Format, fmt::format("{}: {}", m_file.Name(), error.what()));
     }

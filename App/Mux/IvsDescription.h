@@ -19,15 +19,16 @@ struct IVS_UNIT
     Bytes payload;
 };
 
-// In the order of their time; those of one time in the order of the text. Throws CIvsJsonError.
-std::vector<IVS_UNIT> ParseIvsDescription(const std::string& text);
+// In the order of their time, which is nMaxAtMs at most; those of one time in the order of the text. Throws
+// CIvsJsonError.
+std::vector<IVS_UNIT> ParseIvsDescription(const std::string& text, uint64_t nMaxAtMs);
 
 // The same as a track of a recording.
 class CIvsTrack
 {
 public:
     // Reads the file to its end. Throws CAppError.
-    explicit CIvsTrack(const std::string& path);
+    CIvsTrack(const std::string& path, uint64_t nMaxAtMs);
 
     const IVS_UNIT* Front() const
     {

@@ -70,6 +70,24 @@ void ReportTrack(const char* pWhat, const CTrack* pTrack)
             fmt::format("{}: {} units in front of the first picture size were left out", name, pTrack->LeftOut()));
 }
 
+void ReportEnd(const CMuxer& muxer)
+{
+    const auto units = [](const CTrack* pTrack) { return pTrack == nullptr ? 0U : pTrack->Units(); };
+    const auto counted = [](uint32_t nCount, const char* pWhat) {
+        return fmt::format("{} {} frame{}", nCount, pWhat, nCount == 1 ? "" : "s");
+    };
+    const std::string& name = muxer.Output().Name();
+    const uint32_t nKeys = muxer.Video() == nullptr ? 0U : muxer.Video()->KeyUnits();
+    const uint32_t nIvs = muxer.Ivs() == nullptr ? 0U : muxer.Ivs()->Units();
+    if (muxer.EndsTooShort())
+        WriteErrorLine(fmt::format("{}: the last frame is shorter than 48 bytes: readers wait for more bytes and do "
+                                   "not see it; let a longer one follow",
+                                   name));
+    WriteError(fmt::format("{}: {} ({} key), {}, {}, {} bytes\n", name, counted(units(muxer.Video()), "video"), nKeys,
+                           counted(units(muxer.Audio()), "audio"), counted(nIvs, "IVS"),
+                           muxer.Output().WrittenBytes()));
+}
+
 } // namespace
 
 CMuxCommand::CMuxCommand(CLI::App& app)
@@ -201,11 +219,7 @@ EXIT_CODE CMuxCommand::Run()
     muxer.Run();
     ReportTrack("video", muxer.Video());
     ReportTrack("audio", muxer.Audio());
-    const auto units = [](const CTrack* pTrack) { return pTrack == nullptr ? 0U : pTrack->Units(); };
-    const uint32_t nKeys = muxer.Video() == nullptr ? 0U : muxer.Video()->KeyUnits();
-    WriteError(fmt::format("{}: {} video frames ({} key), {} audio frames, {} IVS frames, {} bytes\n",
-                           muxer.Output().Name(), units(muxer.Video()), nKeys, units(muxer.Audio()),
-                           muxer.Ivs() == nullptr ? 0U : muxer.Ivs()->Units(), muxer.Output().WrittenBytes()));
+    ReportEnd(muxer);
     return EXIT_CODE::Done;
 }
 

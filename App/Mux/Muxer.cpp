@@ -9,6 +9,8 @@ namespace Marvane::FrameSift {
 
 namespace {
 
+constexpr size_t sc_leastAtEnd = 48; // a reader looks at no frame before it has as many bytes
+
 ZOAV_FRAME FrameTypeOf(const MediaUnit& unit, std::string_view codec)
 {
     if (codec == "jpeg")
@@ -23,6 +25,20 @@ uint8_t WholeRate(FRAME_RATE rate)
 {
     const uint32_t nRounded = (rate.nValue + rate.nDenominator / 2) / rate.nDenominator;
     return static_cast<uint8_t>(std::clamp(nRounded, 1U, 255U)); // 0 would read as "not known"
+}
+
+// When the last frame can stand that has a time on the wire, since the start.
+uint64_t LastDueMs(CLOCK_MS nStart)
+{
+    KX_TIME last = {};
+    last.nYear = gsk_lastYear;
+    last.nMonth = 12;
+    last.nDay = 31;
+    last.nHour = 23;
+    last.nMinute = 59;
+    last.nSecond = 59;
+    last.nMilliSecond = 999;
+    return static_cast<uint64_t>(std::max<CLOCK_MS>(TimeToClock(last) - nStart, 0));
 }
 
 void RequireUnit(CTrack& track, std::string_view codec)
@@ -60,7 +76,7 @@ void CMuxer::OpenTracks()
         m_audio.emplace(*m_audioSource);
     }
     if (!m_options.ivsPath.empty())
-        m_ivs.emplace(m_options.ivsPath);
+        m_ivs.emplace(m_options.ivsPath, LastDueMs(m_options.nStart));
 }
 
 void CMuxer::RefuseToOverwriteInputs() const
@@ -87,6 +103,11 @@ void CMuxer::Run()
         throw CAppError(error.Code(), std::string(error.what()) + "; " + m_output->Name() + " is incomplete: it has " +
                                           std::to_string(m_output->WrittenBytes()) + " bytes");
     }
+}
+
+bool CMuxer::EndsTooShort() const
+{
+    return m_nLastFrameSize < sc_leastAtEnd;
 }
 
 bool CMuxer::WriteNext()
@@ -150,7 +171,9 @@ void CMuxer::WriteIvs(const IVS_UNIT& unit)
 void CMuxer::WritePayload(std::span<const uint8_t> payload, ZoavFrame& frame)
 {
     m_seal.Put(payload, frame);
-    m_output->Write(frame.Build());
+    const Bytes bytes = frame.Build();
+    m_output->Write(bytes);
+    m_nLastFrameSize = bytes.size();
 }
 
 ZoavFrame CMuxer::FrameAt(uint64_t nDueMs, uint32_t nSeq) const

@@ -26,6 +26,8 @@ public:
     const CTrack* Audio() const { return m_audio ? &*m_audio : nullptr; }
     const CIvsTrack* Ivs() const { return m_ivs ? &*m_ivs : nullptr; }
     const COutputSink& Output() const { return *m_output; }
+    // Whether a reader would wait for more bytes at the last frame, and never hand it out.
+    bool EndsTooShort() const;
 
 private:
     void OpenTracks();
@@ -45,6 +47,7 @@ private:
     std::optional<CAudioTrack> m_audio;
     std::optional<CIvsTrack> m_ivs;
     std::optional<COutputSink> m_output;
+    size_t m_nLastFrameSize = 0; // of the frame that was written last
 };
 
 } // namespace Marvane::FrameSift

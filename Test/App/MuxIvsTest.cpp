@@ -136,15 +136,39 @@ TEST_F(MuxIvs, FramesAreSortedAndMayBringTheirPayload)
               }));
 }
 
+TEST_F(MuxIvs, AnEndThatReadersDoNotSeeIsToldOf)
+{
+    for (const size_t nPayload : {11, 12}) {
+        const CommandResult mux =
+            Mux(R"({"frames": [{"format": "track", "payload": ")" + std::string(2 * nPayload, '0') + "\"}]}");
+        EXPECT_EQ(mux.nExitCode, 0);
+        const bool bTold = mux.errors.find("recording: the last frame is shorter than 48 bytes: ") != std::string::npos;
+        EXPECT_EQ(bTold, RunFramesift("frames " + m_recording).output.find("intl") == std::string::npos) << mux.errors;
+        EXPECT_EQ(bTold, nPayload == 11);
+        EXPECT_NE(mux.errors.find(", 1 IVS frame, "), std::string::npos) << mux.errors;
+    }
+}
+
 TEST_F(MuxIvs, WhatCannotBeWrittenIsRefusedBeforeTheOutputIsTouched)
 {
+    const std::string deep(33, '[');
+    std::string deepPlace;
+    for (int n = 0; n < 32; ++n)
+        deepPlace += "[0]";
     const struct
     {
         std::string description;
         std::string message;
+        std::string more = {};
     } rows[] = {
         {"{\"frames\":\n [,]}", "parse error at line 2, column 3: "},
+        {"[1e400]", "number overflow parsing '1e400'\n"},
+        {R"({"frames": [{}, {"at_ms": 1, "format": "track", "at_ms": 1}]})", "frames[1].at_ms: stands twice\n"},
+        {R"({"a": [[], {"b": {}}, {"c": 1}], "a": 1})", "a: stands twice\n"},
+        {deep, deepPlace + ": is nested too deep\n"},
+        {std::string((size_t{64} << 20) + 1, ' '), "is too long for a description: at most 64 MiB\n"},
         {"[]", "holds no object with frames\n"},
+        {R"({"frames": [{}]})", "frames[0].format: is missing\n"},
         {R"({"frames": []})", "frames: there must be one at least\n"},
         {R"({"frame": []})", "frame: there is no such field\n"},
         {R"({"frames": [{"format": "tracks"}]})",
@@ -158,13 +182,16 @@ TEST_F(MuxIvs, WhatCannotBeWrittenIsRefusedBeforeTheOutputIsTouched)
         {R"({"frames": [{"format": "track", "payload": [256]}]})",
          "frames[0].payload[0]: 256 does not fit: 0 to 255\n"},
         {R"({"frames": [{"format": "track", "at_ms": -1, "payload": []}]})", "frames[0].at_ms: -1 does not fit: 0 to "},
+        {R"({"frames": [{"format": "track", "at_ms": 500, "payload": []},
+                        {"format": "track", "at_ms": 1001, "payload": []}]})",
+         "frames[1].at_ms: 1001 does not fit: 0 to 1000\n", "--start 2063-12-31T23:59:58.999"},
         {R"({"frames": [{"format": "track", "records": [{"objects": [{}, {"x": 1}]}]}]})",
          "frames[0].records[0].objects[1].x: there is no such field\n"},
     };
     std::ofstream(m_recording) << "keep";
     for (const auto& row : rows) {
-        SCOPED_TRACE(row.description);
-        const CommandResult mux = Mux(row.description);
+        SCOPED_TRACE(row.description.substr(0, 200));
+        const CommandResult mux = Mux(row.description, row.more);
         EXPECT_EQ(mux.nExitCode, 4);
         EXPECT_NE(mux.errors.find("framesift: " + m_description + ": " + row.message), std::string::npos) << mux.errors;
     }

@@ -8,6 +8,8 @@ namespace Marvane::FrameSift {
 
 namespace {
 
+constexpr size_t sc_maxFrame = size_t{10} << 20; // readers take a longer one for damage
+
 struct WRITER_ROW
 {
     KX_IVS_PARSE_TYPE eParseType;
@@ -36,6 +38,12 @@ void RequireType(const CJsonPlace& record, std::string_view type)
     record.RequireObject();
     if (record.Has("type") && record.At("type").Text() != type)
         record.At("type").Fail(fmt::format("only {} stands here", type));
+}
+
+void RequireRoom(const Bytes& wire, const CJsonPlace& record)
+{
+    if (wire.size() > sc_maxFrame)
+        record.Fail(fmt::format("a payload of {} bytes up to here is too long: at most {}", wire.size(), sc_maxFrame));
 }
 
 CJsonPlace OnlyRecord(const CJsonPlace& records, std::string_view type)

@@ -35,7 +35,7 @@ const auto& RowOf(const ROWS& rows, std::string_view name, const CJsonPlace& pla
 
 void PutAttributes(Bytes& wire, const CJsonPlace& attributes)
 {
-    if (attributes.Json().is_null())
+    if (attributes.IsMissing())
         return;
     attributes.RequireObject();
     for (const auto& item : attributes.Json().items()) {
@@ -55,7 +55,9 @@ void PutAttributes(Bytes& wire, const CJsonPlace& attributes)
 
 void PutLanes(Bytes& wire, const CJsonPlace& lanes)
 {
+    lanes.RequireGiven();
     const CJsonPlace type = lanes.At("type");
+    type.RequireGiven();
     const JSON_LANES& row = RowOf(IvsLanes(), type.Text(), type);
     RequireNames(lanes, {row.pFields}, {"type"});
     const CJsonPlace length = lanes.At("packet_length");

@@ -54,7 +54,7 @@ void PutNumber(Bytes& wire, const CJsonPlace& place, uint32_t nBytes, bool bSign
 
 size_t RequireSize(const CJsonPlace& place, size_t nSize, std::string_view shape)
 {
-    if (!place.Json().is_null() && (!place.Json().is_array() || place.Json().size() != nSize))
+    if (!place.IsMissing() && (!place.Json().is_array() || place.Json().size() != nSize))
         place.Fail(fmt::format("is not of the form {}", shape));
     return nSize;
 }
@@ -123,7 +123,7 @@ void PutEntry(Bytes& wire, const JSON_FIELD& list, const CJsonPlace& entry)
 {
     if (list.pEntries == nullptr)
         return PutValue(wire, entry, list.eType);
-    if (!entry.Json().is_null())
+    if (!entry.IsMissing())
         RequireNames(entry, {list.pEntries});
     PutFields(wire, *list.pEntries, entry);
 }
@@ -204,7 +204,7 @@ void PutFields(Bytes& wire, const JSON_TABLE& table, const CJsonPlace& record)
 }
 
 void RequireNames(const CJsonPlace& record, std::initializer_list<const JSON_TABLE*> tables,
-                  std::initializer_list<std::string_view> others)
+                  std::initializer_list<std::string_view> others, const std::string& unknown)
 {
     record.RequireObject();
     for (const auto& item : record.Json().items()) {
@@ -213,7 +213,7 @@ void RequireNames(const CJsonPlace& record, std::initializer_list<const JSON_TAB
                                [&](const JSON_FIELD& field) { return field.name == item.key(); });
         });
         if (!bInTable && std::find(others.begin(), others.end(), item.key()) == others.end())
-            record.At(item.key()).Fail("there is no such field");
+            record.At(item.key()).Fail(unknown);
     }
 }
 

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <initializer_list>
+#include <string>
 #include <string_view>
 
 #include "FrameWriter/ZOAVFrameWriter.h"
@@ -16,9 +17,10 @@ namespace Marvane::FrameSift {
 
 // Appends the fields of a record, in the order of the table. Names that the table does not have are passed over.
 void PutFields(Bytes& wire, const JSON_TABLE& table, const CJsonPlace& record);
-// That all names of an object are those of tables, or others that are known.
+// That all names of an object are those of tables, or others that are known. unknown: what is said of one that is not.
 void RequireNames(const CJsonPlace& record, std::initializer_list<const JSON_TABLE*> tables,
-                  std::initializer_list<std::string_view> others = {});
+                  std::initializer_list<std::string_view> others = {},
+                  const std::string& unknown = "there is no such field");
 
 void AppendLsb(Bytes& wire, uint64_t nValue, uint32_t nBytes);
 // Sets a length that is known only now.

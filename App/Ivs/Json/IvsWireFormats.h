@@ -17,6 +17,9 @@ Bytes TrafficPayload(const CJsonPlace& records);
 
 // Fails if the record says that it is of another type.
 void RequireType(const CJsonPlace& record, std::string_view type);
+// Fails if a payload has become longer than frames are. A count of a few digits may ask for many bytes, so formats with
+// any number of records ask after each.
+void RequireRoom(const Bytes& wire, const CJsonPlace& record);
 // The one record of a format that has no more.
 CJsonPlace OnlyRecord(const CJsonPlace& records, std::string_view type);
 

@@ -30,6 +30,7 @@ void PutElement(Bytes& wire, const CJsonPlace& element)
     const CJsonPlace type = element.At("type");
     if (type.Json().is_number())
         return PutNamelessElement(wire, element);
+    type.RequireGiven();
     const auto rows = IvsElements();
     const auto found =
         std::find_if(rows.begin(), rows.end(), [&](const JSON_ELEMENT& row) { return row.name == type.Text(); });
@@ -56,6 +57,7 @@ Bytes OverlayPayload(const CJsonPlace& records)
         for (size_t nElement = 0; nElement < nCount; ++nElement)
             PutElement(wire, elements.At(nElement));
         PutFields(wire, gsk_overlayTailFields, drawing);
+        RequireRoom(wire, drawing);
     }
     return wire;
 }

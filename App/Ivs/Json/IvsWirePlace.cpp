@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <charconv>
+#include <cmath>
 
 #include "Io/EscapeBytes.h"
 
@@ -18,6 +19,12 @@ const ordered_json& Nothing()
     return s_nothing;
 }
 
+// Whole numbers that no integer holds are read as one with a fraction.
+bool IsHuge(const ordered_json& json)
+{
+    return json.is_number_float() && std::abs(json.get<double>()) >= 0x1p63;
+}
+
 // False if text does not begin with a byte in two hexadecimal digits.
 bool HexByte(std::string_view text, char& chByte)
 {
@@ -31,6 +38,15 @@ bool HexByte(std::string_view text, char& chByte)
 
 } // namespace
 
+std::string ShortName(std::string_view bytes, size_t nMost)
+{
+    if (bytes.size() <= nMost)
+        return EscapeBytes(bytes);
+    while (nMost > 0 && (static_cast<uint8_t>(bytes[nMost]) & 0xC0) == 0x80) // inside of a character
+        --nMost;
+    return EscapeBytes(bytes.substr(0, nMost)).append("...");
+}
+
 void CJsonPlace::Fail(const std::string& text) const
 {
     throw CIvsJsonError(fmt::format("{}: {}", m_name, text));
@@ -42,16 +58,27 @@ void CJsonPlace::RequireObject() const
         Fail("is no object");
 }
 
+bool CJsonPlace::IsMissing() const
+{
+    return m_pJson == &Nothing();
+}
+
+void CJsonPlace::RequireGiven() const
+{
+    if (IsMissing())
+        Fail("is missing");
+}
+
 bool CJsonPlace::Has(std::string_view key) const
 {
-    return m_pJson->is_object() && !At(key).Json().is_null();
+    return m_pJson->is_object() && m_pJson->contains(key);
 }
 
 CJsonPlace CJsonPlace::At(std::string_view key) const
 {
     const std::string name(key);
-    std::string place = fmt::format("{}{}{}", m_name, m_name.empty() ? "" : ".", EscapeBytes(name));
-    if (m_pJson->is_null())
+    std::string place = fmt::format("{}{}{}", m_name, m_name.empty() ? "" : ".", ShortName(name));
+    if (IsMissing())
         return {Nothing(), std::move(place)};
     RequireObject();
     const auto found = m_pJson->find(name);
@@ -60,7 +87,7 @@ CJsonPlace CJsonPlace::At(std::string_view key) const
 
 size_t CJsonPlace::Size(size_t nMost) const
 {
-    if (m_pJson->is_null())
+    if (IsMissing())
         return 0;
     if (!m_pJson->is_array())
         Fail("is no list");
@@ -80,12 +107,14 @@ int64_t CJsonPlace::Number(int64_t nLowest, int64_t nHighest) const
     const auto fail = [&](const std::string& value) {
         Fail(fmt::format("{} does not fit: {} to {}", value, nLowest, nHighest));
     };
-    if (!m_pJson->is_null() && !m_pJson->is_number_integer())
+    if (IsHuge(*m_pJson))
+        fail(m_pJson->dump());
+    if (!IsMissing() && !m_pJson->is_number_integer())
         Fail("is no whole number");
     // One above INT64_MAX would read as one below 0.
     if (m_pJson->is_number_unsigned() && m_pJson->get<uint64_t>() > INT64_MAX)
         fail(m_pJson->dump());
-    const int64_t nValue = m_pJson->is_null() ? 0 : m_pJson->get<int64_t>();
+    const int64_t nValue = IsMissing() ? 0 : m_pJson->get<int64_t>();
     if (nValue < nLowest || nValue > nHighest)
         fail(std::to_string(nValue));
     return nValue;
@@ -93,7 +122,7 @@ int64_t CJsonPlace::Number(int64_t nLowest, int64_t nHighest) const
 
 std::string_view CJsonPlace::Text() const
 {
-    if (m_pJson->is_null())
+    if (IsMissing())
         return {};
     if (!m_pJson->is_string())
         Fail("is no text");
@@ -102,7 +131,7 @@ std::string_view CJsonPlace::Text() const
 
 std::string CJsonPlace::UnescapedText() const
 {
-    std::string_view text = Text();
+    std::string_view text = m_pJson->is_null() ? std::string_view() : Text();
     std::string bytes;
     while (!text.empty()) {
         char chByte = text.front();

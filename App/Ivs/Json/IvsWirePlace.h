@@ -12,6 +12,9 @@
 
 namespace Marvane::FrameSift {
 
+// For messages: escaped, and cut if it is longer than that many bytes.
+std::string ShortName(std::string_view bytes, size_t nMost = 60);
+
 // All that asks throws CIvsJsonError if the JSON is of another form.
 class CJsonPlace
 {
@@ -21,7 +24,11 @@ public:
 
     [[noreturn]] void Fail(const std::string& text) const;
 
-    // Of an object. What is not there, or null, reads as "nothing", which is 0, "" or an empty list or object.
+    // What is not there reads as 0, "" or an empty list or object. What is null is there, and of another form.
+    bool IsMissing() const;
+    void RequireGiven() const;
+
+    // Of an object.
     bool Has(std::string_view key) const;
     CJsonPlace At(std::string_view key) const;
     void RequireObject() const;
@@ -32,7 +39,7 @@ public:
 
     int64_t Number(int64_t nLowest, int64_t nHighest) const;
     std::string_view Text() const;
-    // Text with \xNN and \\ put back to bytes.
+    // Text with \xNN and \\ put back to bytes. Here null is "": so a text is printed that a payload did not bring.
     std::string UnescapedText() const;
 
     const nlohmann::ordered_json& Json() const { return *m_pJson; }

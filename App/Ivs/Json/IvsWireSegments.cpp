@@ -40,7 +40,8 @@ void PutCommonObject(Bytes& wire, const CJsonPlace& object)
     const auto objType = static_cast<uint8_t>(object.At("objType").Number(0, UINT8_MAX));
     const JSON_OBJECT_KIND& kind = ObjectKindOf(objType);
     const std::string_view rest = kind.bLanes ? "lanes" : kind.bFace ? "facedata" : "attributes";
-    RequireNames(object, {kind.pFields}, {rest, "nStructSize"});
+    RequireNames(object, {kind.pFields}, {rest, "nStructSize"},
+                 fmt::format("an object of objType {} has no such field; its fields go by that", objType));
     const size_t nBegin = wire.size();
     wire.insert(wire.end(), {objType, 0, 0, 0});
     PutFields(wire, *kind.pFields, object);
@@ -95,6 +96,7 @@ void PutA0Objects(Bytes& wire, const CJsonPlace& record, const JSON_TABLE& table
 void PutSegment(Bytes& wire, const CJsonPlace& record)
 {
     record.RequireObject();
+    record.At("type").RequireGiven();
     const std::string_view type = record.At("type").Text();
     if (type == "common-objects")
         PutGroup(wire, record);
@@ -114,8 +116,10 @@ Bytes SegmentsPayload(const CJsonPlace& records)
     if (nCount == 0)
         records.Fail("there must be one at least");
     Bytes wire;
-    for (size_t n = 0; n < nCount; ++n)
+    for (size_t n = 0; n < nCount; ++n) {
         PutSegment(wire, records.At(n));
+        RequireRoom(wire, records.At(n));
+    }
     return wire;
 }
 

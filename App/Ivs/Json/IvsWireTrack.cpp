@@ -11,6 +11,9 @@ namespace {
 constexpr size_t sc_maxTracks = 255;
 constexpr size_t sc_maxExTracks = 200; // a decoder takes no more
 constexpr size_t sc_maxScenePoints = 512;
+constexpr size_t sc_pointSize = 144; // on the wire
+constexpr size_t sc_polygonAt = 80;
+constexpr size_t sc_polygonNumAt = 76;
 constexpr uint32_t sc_extensionSize = 28;
 constexpr size_t sc_operatorTypeAt = 4;
 constexpr uint8_t sc_operatorGone = 3; // the lowest that a decoder takes for a finished track
@@ -65,6 +68,21 @@ uint8_t ColorOf(const CJsonPlace& objects, size_t nCount)
     return static_cast<uint8_t>(nColor);
 }
 
+// A decoder refuses a scene whose polygons, as they are announced, take more bytes than there are.
+void RequireRoomForPolygons(const CJsonPlace& points, const Bytes& wire)
+{
+    size_t nTotal = 0;
+    for (size_t n = 0; n * sc_pointSize < wire.size(); ++n) {
+        const uint8_t chCorners = wire[n * sc_pointSize + sc_polygonNumAt];
+        nTotal += sc_polygonAt + sizeof(KX_IVS_POSITION) * chCorners;
+        if (nTotal > wire.size())
+            points.At(n)
+                .At("polygon_num")
+                .Fail(fmt::format("{} does not fit: the points have {} bytes, and would need {} up to here", chCorners,
+                                  wire.size(), nTotal));
+    }
+}
+
 } // namespace
 
 Bytes TrackPayload(const CJsonPlace& records)
@@ -112,6 +130,7 @@ Bytes ScenePayload(const CJsonPlace& records)
         RequireNames(points.At(n), {&gsk_scenePointFields});
         PutFields(wire, gsk_scenePointFields, points.At(n));
     }
+    RequireRoomForPolygons(points, wire);
     return wire;
 }
 
