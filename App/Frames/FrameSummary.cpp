@@ -119,11 +119,22 @@ std::string CFrameSummary::TimeSpanText() const
                        TimeText(*m_latest), nSpan / 1000, nSpan % 1000);
 }
 
+uint64_t CFrameSummary::DamagedFrames() const
+{
+    const auto lost = m_damageByFlag.find(KX_ERROR_FLAGS_LOSTFRAME);
+    return m_nDamaged - (lost == m_damageByFlag.end() ? 0 : lost->second);
+}
+
+uint64_t CFrameSummary::OutsideBytes(uint64_t nBytes, uint64_t nUnfinished) const
+{
+    // Lost frames can be announced with a length that the stream never had.
+    return nBytes > m_nFrameBytes + nUnfinished ? nBytes - m_nFrameBytes - nUnfinished : 0;
+}
+
 std::string CFrameSummary::Text(int32_t nStreamType, uint64_t nBytes, std::optional<uint64_t> unfinished) const
 {
     const uint64_t nUnfinished = unfinished.value_or(0);
-    // Lost frames can be announced with a length that the stream never had.
-    const uint64_t nOutside = nBytes > m_nFrameBytes + nUnfinished ? nBytes - m_nFrameBytes - nUnfinished : 0;
+    const uint64_t nOutside = OutsideBytes(nBytes, nUnfinished);
     std::string end;
     if (!unfinished)
         end = "end     stopped at the limit of lines: the totals are of what was read so far\n";

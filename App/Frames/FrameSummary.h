@@ -20,6 +20,11 @@ public:
     // the rest of a frame; none if reading stopped before the end.
     std::string Text(int32_t nStreamType, uint64_t nBytes, std::optional<uint64_t> unfinished) const;
 
+    // Those with bytes: a place where video frames are missing is none.
+    uint64_t DamagedFrames() const;
+    // Of nBytes, those neither in a frame nor waiting for the rest of one.
+    uint64_t OutsideBytes(uint64_t nBytes, uint64_t nUnfinished) const;
+
 private:
     void CountLoss(const FrameInfo& frame);
     void CountCipher(const FrameInfo& parsed);

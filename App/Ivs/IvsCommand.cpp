@@ -14,6 +14,7 @@ namespace Marvane::FrameSift {
 namespace {
 
 constexpr int32_t sc_maxChunk = 1 << 30; // the library counts in 31 bits
+constexpr int sc_maxAs = 1 << 28; // any number; with none told the help would show several values behind one --as
 
 constexpr const char* sc_example =
     "Examples:\n"
@@ -30,6 +31,7 @@ constexpr const char* sc_example =
 constexpr const char* sc_notes =
     "A frame does not tell its format: for older cameras say --as intl=track. A payload that fails gives what\n"
     "stands in front of the damage, and does not stop the listing. Enciphered frames are not read without --key.\n"
+    "Of one payload about 100000 records are shown, and how many are left out.\n"
     "The picture shows all of a recording at once: objects where they were last seen, their ways, lanes, regions,\n"
     "drawings and counts. The data does not tell its units: 8192 across and 8192 down the whole picture are\n"
     "assumed, x and y as the middle of an object, xSize and ySize as its width and height. Of long recordings it\n"
@@ -86,7 +88,9 @@ void TakeAs(IVS_LISTING_OPTIONS& options, const std::string& text)
         throw CLI::ValidationError("--as", "\"" + EscapeBytes(text) +
                                                "\" is not of the form SUBTYPE=FORMAT, such as intl=track");
     const std::string_view all = text;
-    options.formats[SubTypeOf(all.substr(0, nSign))] = FormatOf("--as", all.substr(nSign + 1));
+    const IVS_FORMAT_ROW* pFormat = FormatOf("--as", all.substr(nSign + 1));
+    if (!options.formats.emplace(SubTypeOf(all.substr(0, nSign)), pFormat).second)
+        throw CLI::ValidationError("--as", "\"" + EscapeBytes(text) + "\" names a subtype for the second time");
 }
 
 void TakeUnits(IVS_UNITS& units, std::string_view text)
@@ -122,6 +126,9 @@ void CIvsCommand::DeclareOutput()
                      ->add_option("--svg", m_options.picturePath,
                                   "Write a picture of the whole recording instead of the listing; - is standard output")
                      ->type_name("OUT")
+                     ->check([](const std::string& path) {
+                         return path.empty() ? std::string("the name of the picture is empty") : std::string();
+                     })
                      ->excludes(pJson);
     m_pVerb
         ->add_option_function<std::string>(
@@ -142,6 +149,7 @@ void CIvsCommand::DeclareStream()
                         },
                         "How the data frames of a subtype are read; may be given several times")
                     ->type_name("SUBTYPE=FORMAT")
+                    ->expected(1, sc_maxAs)
                     ->allow_extra_args(false); // or it would take FILE too
     auto* pKey = AddKeyOption(*m_pVerb, m_options.key);
     auto* pChunk = m_pVerb->add_option("--chunk", m_options.nChunk, "Bytes fed at a time (default 1048576)")
@@ -162,6 +170,8 @@ EXIT_CODE CIvsCommand::Run()
     try {
         const IVS_LISTING_RESULT result = ListIvs(m_options);
         WriteError(result.summary);
+        for (const std::string& warning : result.warnings)
+            WriteErrorLine(warning);
         if (result.bInterrupted)
             throw CAppError(EXIT_CODE::Interrupted, "interrupted: the picture is of what was read so far");
         return result.bSound ? EXIT_CODE::Done : EXIT_CODE::Damage;

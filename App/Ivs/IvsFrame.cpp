@@ -83,6 +83,11 @@ std::string IvsErrorText(const IVS_FRAME& frame, std::optional<int> result)
     return text;
 }
 
+std::string IvsErrorAdvice(const IVS_FRAME& frame, std::optional<int> result)
+{
+    return IvsErrorText(frame, result).append(frame.WouldKeyHelp() ? "; --key deciphers it" : "");
+}
+
 IVS_COUNT CountIvsRecords(KX_IVS_PARSE_TYPE eType, const void* pRecords, int nLen)
 {
     switch (eType) {
@@ -100,8 +105,14 @@ IVS_COUNT CountIvsRecords(KX_IVS_PARSE_TYPE eType, const void* pRecords, int nLe
     }
     case IVS_TRACK_EX3:
         return {RecordsOf<KX_IVS_TRACK_EX3_SCENE_POINTS_INFOR>(pRecords, nLen).size(), "title"};
-    case IVS_TRACK_ZOOP:
-        return {RecordsOf<KX_IVS_ZOOP_OBJ>(pRecords, nLen).size(), "drawing"};
+    case IVS_TRACK_ZOOP: {
+        IVS_COUNT count = {0, "drawing"};
+        for (const KX_IVS_ZOOP_OBJ& drawing : RecordsOf<KX_IVS_ZOOP_OBJ>(pRecords, nLen)) {
+            ++count.nCount;
+            count.nParts += drawing.chCount;
+        }
+        return count;
+    }
     case IVS_TRACK_B1:
         return {RecordsOf<KX_IVS_TRACK_TRAFFIC_SCENE_POINTS_INFOR>(pRecords, nLen).size(), "count"};
     default:

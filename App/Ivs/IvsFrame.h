@@ -31,6 +31,7 @@ struct IVS_FRAME
     std::optional<IVS_FRAME_HEAD> head; // none: a payload without a frame
 
     bool IsEnciphered() const { return head && !head->cipher.empty(); }
+    bool WouldKeyHelp() const { return IsEnciphered() && head->cipher == "aes"; }
 };
 
 using TAKE_IVS_RECORDS = std::function<void(KX_IVS_PARSE_TYPE eType, const void* pRecords, int nLen)>;
@@ -40,12 +41,24 @@ std::optional<int> DecodeIvs(const IVS_FRAME& frame, const TAKE_IVS_RECORDS& tak
 
 // What is wrong with the frame or its payload, for a reader; empty: nothing.
 std::string IvsErrorText(const IVS_FRAME& frame, std::optional<int> result);
+// The same, and what helps.
+std::string IvsErrorAdvice(const IVS_FRAME& frame, std::optional<int> result);
+
+// Of one payload no more is kept: a drawing has ten bytes on the wire and many times that in a listing.
+inline constexpr uint64_t gsk_maxIvsRecords = 100'000;
+
+struct IVS_OUTCOME
+{
+    std::optional<int> result; // of DecodeIvs
+    uint64_t nLeftOut = 0;     // records behind gsk_maxIvsRecords
+};
 
 // How many things the records of one callback are, and what they are called: "object".
 struct IVS_COUNT
 {
     size_t nCount;
     const char* pNoun;
+    size_t nParts = 0; // elements of drawings
 };
 IVS_COUNT CountIvsRecords(KX_IVS_PARSE_TYPE eType, const void* pRecords, int nLen);
 

@@ -4,12 +4,18 @@
 
 #include <fmt/format.h>
 
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
 #include <optional>
+#include <set>
 
 #include "Frames/CodeNames.h"
 #include "Frames/FrameReading.h"
 #include "Frames/FrameState.h"
+#include "Frames/FrameSummary.h"
 #include "Io/AppError.h"
+#include "Io/EscapeBytes.h"
 #include "Io/Interrupt.h"
 #include "Io/OutputSink.h"
 #include "Ivs/IvsListingSummary.h"
@@ -23,6 +29,23 @@ namespace {
 
 constexpr size_t sc_maxRawPayload = size_t{64} << 20; // far beyond what a frame holds
 
+// Whether the picture could be written, told before a long input is read. What stands there stays untouched until the
+// picture is ready: the input may yet turn out to be none.
+void RequireWritable(const std::string& path)
+{
+    if (path == "-")
+        return;
+    const std::string parent = std::filesystem::path(path).parent_path().string();
+    const bool bThere = access(path.c_str(), F_OK) == 0;
+    const std::string written = bThere ? path : parent.empty() ? "." : parent;
+    std::error_code noMatter;
+    int nError = access(written.c_str(), W_OK) == 0 ? 0 : errno;
+    if (bThere && std::filesystem::is_directory(path, noMatter))
+        nError = EISDIR;
+    if (nError != 0)
+        throw CAppError(EXIT_CODE::Io, "cannot create " + EscapeBytes(path) + ": " + std::strerror(nError));
+}
+
 // A listing or a picture.
 class CIvsOutput
 {
@@ -35,12 +58,15 @@ public:
 
     bool IsPicture() const { return !m_options.picturePath.empty(); }
 
-    // Before a long input is read, lest it turns out at its end that nothing can be written.
     void Open(const CInputFile& input)
     {
-        if (IsPicture() && input.IsSameFile(m_options.picturePath))
+        if (!IsPicture()) {
+            m_sink.emplace("-");
+            return;
+        }
+        if (input.IsSameFile(m_options.picturePath))
             throw CAppError(EXIT_CODE::Usage, "the picture would overwrite " + input.Name());
-        m_sink.emplace(IsPicture() ? m_options.picturePath : "-");
+        RequireWritable(m_options.picturePath);
     }
 
     void TakePictureSize(const FrameInfo& frame) { m_scene.TakePictureSize(frame.width, frame.height); }
@@ -49,28 +75,43 @@ public:
     {
         if (IsPicture())
             m_scene.BeginFrame(frame);
-        const auto result = DecodeIvs(frame, [&](KX_IVS_PARSE_TYPE eType, const void* pRecords, int nLen) {
-            m_summary.CountRecords(CountIvsRecords(eType, pRecords, nLen));
-            if (IsPicture())
+        IVS_OUTCOME outcome;
+        uint64_t nKept = 0;
+        outcome.result = DecodeIvs(frame, [&](KX_IVS_PARSE_TYPE eType, const void* pRecords, int nLen) {
+            const IVS_COUNT count = CountIvsRecords(eType, pRecords, nLen);
+            m_summary.CountRecords(count);
+            if (nKept >= gsk_maxIvsRecords)
+                outcome.nLeftOut += count.nCount;
+            else if (IsPicture())
                 m_scene.Take(eType, pRecords, nLen);
             else
                 m_printer->Take(eType, pRecords, nLen);
+            nKept += count.nCount + count.nParts;
         });
-        m_summary.CountPayload(frame, IvsErrorText(frame, result));
-        if (!IsPicture())
-            m_sink->Write(m_printer->Finish(frame, result));
+        m_summary.CountPayload(frame, outcome);
+        if (IsPicture())
+            m_scene.EndFrame(frame, outcome);
+        else
+            m_sink->Write(m_printer->Finish(frame, outcome));
     }
 
-    void Flush() { m_sink->Flush(); }
-
-    IVS_LISTING_RESULT Finish(uint64_t nUnfinished)
+    void Flush()
     {
-        if (IsPicture())
-            m_sink->Write(
-                IvsSvg(m_scene.Scene(), m_options.units, m_options.path == "-" ? "standard input" : m_options.path));
+        if (m_sink)
+            m_sink->Flush();
+    }
+
+    IVS_LISTING_RESULT Finish(const IVS_STREAM_ACCOUNT& account)
+    {
+        if (IsPicture()) {
+            const std::string name = m_options.path == "-" ? "standard input" : m_options.path;
+            const std::string svg = IvsSvg(m_scene.Scene(), m_options.units, name);
+            m_sink.emplace(m_options.picturePath);
+            m_sink->Write(svg);
+        }
         m_sink->Flush();
         m_sink->Close();
-        return {m_summary.Text(nUnfinished), m_summary.IsSound(), false};
+        return {m_summary.Text(account), {}, m_summary.IsSound(), false};
     }
 
     CIvsSummary& Summary() { return m_summary; }
@@ -122,7 +163,9 @@ public:
         }
         m_reading.RequireFormat();
         const bool bAtEnd = !IsAtLimit() && !isStopped();
-        IVS_LISTING_RESULT result = m_output.Finish(bAtEnd ? m_reading.UnfinishedBytes() : 0);
+        IVS_LISTING_RESULT result = m_output.Finish(Account(bAtEnd));
+        if (bAtEnd)
+            result.warnings = Warnings();
         result.bInterrupted = isStopped();
         return result;
     }
@@ -135,10 +178,34 @@ private:
 
     bool IsAtLimit() { return m_output.Summary().Payloads() >= m_options.nLimit; }
 
+    // What stands in no frame is known at the end only.
+    IVS_STREAM_ACCOUNT Account(bool bAtEnd)
+    {
+        IVS_STREAM_ACCOUNT account;
+        account.nDamagedFrames = m_frames.DamagedFrames();
+        if (bAtEnd) {
+            account.nUnfinished = m_reading.UnfinishedBytes();
+            account.nOutside = m_frames.OutsideBytes(m_reading.Bytes(), account.nUnfinished);
+        }
+        return account;
+    }
+
+    std::vector<std::string> Warnings() const
+    {
+        std::vector<std::string> warnings;
+        for (const auto& [nSubType, pFormat] : m_options.formats) {
+            if (m_subTypes.count(nSubType) == 0)
+                warnings.push_back(fmt::format("no data frame of subtype {}: --as {}={} had no effect", nSubType,
+                                               SubTypeName(KX_FRAME_TYPE_DATA, nSubType), pFormat->name));
+        }
+        return warnings;
+    }
+
     void TakeFrames()
     {
         LISTED_FRAME listed;
         while (m_reading.Next(listed) && !IsAtLimit()) {
+            m_frames.Count(listed);
             const FrameInfo& frame = listed.frame;
             if (frame.frameType == KX_FRAME_TYPE_VIDEO && frame.errorFlags == KX_ERROR_FLAGS_NOERROR)
                 m_output.TakePictureSize(frame);
@@ -149,6 +216,7 @@ private:
 
     void TakeData(const LISTED_FRAME& listed)
     {
+        m_subTypes.insert(int32_t{listed.frame.frameSubType});
         IVS_FRAME frame;
         frame.pFormat = FormatOfSubType(m_options, listed.frame.frameSubType);
         if (frame.pFormat == nullptr)
@@ -161,6 +229,8 @@ private:
     const IVS_LISTING_OPTIONS& m_options;
     CIvsOutput m_output;
     CFrameReading m_reading;
+    CFrameSummary m_frames;
+    std::set<int32_t> m_subTypes; // of the data frames
 };
 
 std::vector<uint8_t> ReadRaw(CInputFile& input)
@@ -187,7 +257,7 @@ IVS_LISTING_RESULT ListRaw(const IVS_LISTING_OPTIONS& options)
     output.Open(input);
     const std::vector<uint8_t> bytes = ReadRaw(input);
     output.Show({options.pRaw, bytes, std::nullopt});
-    return output.Finish(0);
+    return output.Finish({});
 }
 
 } // namespace

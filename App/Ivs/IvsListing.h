@@ -28,8 +28,9 @@ struct IVS_LISTING_OPTIONS
 struct IVS_LISTING_RESULT
 {
     std::string summary;
-    bool bSound = true;        // no payload failed
-    bool bInterrupted = false; // by Ctrl-C; the picture is of what came in front of it
+    std::vector<std::string> warnings; // a line each
+    bool bSound = true;                // no payload failed
+    bool bInterrupted = false;         // by Ctrl-C; the picture is of what came in front of it
 };
 
 // Throws CAppError. Holds one chunk of a stream and what the picture needs, whatever the input's size.

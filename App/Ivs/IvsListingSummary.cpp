@@ -16,6 +16,16 @@ std::string DataName(int32_t nSubType)
     return name.empty() ? "of no subtype" : name;
 }
 
+std::string DamageLine(const IVS_STREAM_ACCOUNT& account)
+{
+    std::string damage;
+    if (account.nDamagedFrames > 0)
+        damage = Counted(account.nDamagedFrames, "damaged frame");
+    if (account.nOutside > 0)
+        damage += fmt::format("{}{} in no frame", damage.empty() ? "" : ", ", Counted(account.nOutside, "byte"));
+    return damage.empty() ? damage : fmt::format("damage    {}; \"framesift check\" tells where\n", damage);
+}
+
 } // namespace
 
 void CIvsSummary::CountRecords(const IVS_COUNT& count)
@@ -24,17 +34,19 @@ void CIvsSummary::CountRecords(const IVS_COUNT& count)
         m_recordsByNoun[count.pNoun] += count.nCount;
 }
 
-void CIvsSummary::CountPayload(const IVS_FRAME& frame, const std::string& error)
+void CIvsSummary::CountPayload(const IVS_FRAME& frame, const IVS_OUTCOME& outcome)
 {
     ++m_nPayloads;
+    m_nLeftOut += outcome.nLeftOut;
     ++m_payloadsByFormat[frame.pFormat->name];
+    const std::string error = IvsErrorAdvice(frame, outcome.result);
     if (error.empty())
         return;
     ++m_nFailed;
     ++m_failures[error];
 }
 
-std::string CIvsSummary::Text(uint64_t nUnfinished) const
+std::string CIvsSummary::Text(const IVS_STREAM_ACCOUNT& account) const
 {
     std::string formats;
     for (const auto& [name, nCount] : m_payloadsByFormat)
@@ -47,11 +59,15 @@ std::string CIvsSummary::Text(uint64_t nUnfinished) const
                     records.empty() ? "none" : records, m_nFailed == 0 ? "none" : Counted(m_nFailed, "payload"));
     for (const auto& [error, nCount] : m_failures)
         text += fmt::format("          {}: {}\n", nCount, error);
+    if (m_nLeftOut > 0)
+        text += fmt::format("left out  {}: a payload is shown up to {}\n", Counted(m_nLeftOut, "record"),
+                            gsk_maxIvsRecords);
+    text += DamageLine(account);
     if (!m_othersBySubType.empty())
         text += fmt::format("not read  other data frames: {} (--as SUBTYPE=FORMAT reads a subtype)\n",
                             CountsText(m_othersBySubType, &DataName));
-    if (nUnfinished > 0)
-        text += fmt::format("end       {} wait for the rest of a frame\n", Counted(nUnfinished, "byte"));
+    if (account.nUnfinished > 0)
+        text += fmt::format("end       {} wait for the rest of a frame\n", Counted(account.nUnfinished, "byte"));
     return text;
 }
 

@@ -3,7 +3,6 @@
 #define FRAMESIFT_APP_IVS_IVSPRINTER_H
 
 #include <memory>
-#include <optional>
 #include <string>
 
 #include "Ivs/IvsFrame.h"
@@ -17,7 +16,7 @@ public:
     // What one callback brings.
     virtual void Take(KX_IVS_PARSE_TYPE eType, const void* pRecords, int nLen) = 0;
     // Whole lines of the frame that the records were of. The next Take is of another frame.
-    virtual std::string Finish(const IVS_FRAME& frame, std::optional<int> result) = 0;
+    virtual std::string Finish(const IVS_FRAME& frame, const IVS_OUTCOME& outcome) = 0;
 };
 
 std::unique_ptr<CIvsPrinter> MakeIvsTextPrinter();

@@ -47,7 +47,12 @@ constexpr ATTRIBUTE_ROW sc_attributes[] = {
              text += fmt::format("{} {}", text.find("from") == std::string::npos ? " from objects" : "", nId);
          return text;
      }},
-    {0x20, [](const KX_IVS_ATTRIBUTE& all) { return Counted(all.arrtibute85.mainColorCount, "main colour"); }},
+    {0x20,
+     [](const KX_IVS_ATTRIBUTE& all) {
+         const std::string text = Counted(all.arrtibute85.mainColorCount, "main colour");
+         const uint32_t nRead = all.arrtibute84.pointCount; // there are as many colours as places
+         return nRead >= all.arrtibute85.mainColorCount ? text : fmt::format("{} announced, {} read", text, nRead);
+     }},
     {0x40,
      [](const KX_IVS_ATTRIBUTE& all) {
          return fmt::format("speed {} (unit {})", all.arrtibute86.speed, all.arrtibute86.speedType);

@@ -71,15 +71,21 @@ std::string ElementText(const KX_IVS_ZOOP_OBJ_ELEMENT& element)
     }
 }
 
+std::string InfoText(const KX_IVS_ZOOP_OBJ& drawing)
+{
+    if (drawing.wInfoLen == 0)
+        return {};
+    return fmt::format(", {} of its own{}", Counted(drawing.wInfoLen, "byte"),
+                       drawing.pInfo == nullptr ? " announced, but cut off" : "");
+}
+
 } // namespace
 
 std::string LinesOf(const KX_IVS_ZOOP_OBJ& drawing)
 {
     const auto elements = Behind(static_cast<const KX_IVS_ZOOP_OBJ_ELEMENT*>(drawing.pElement), drawing.chCount);
-    std::string lines =
-        fmt::format("  drawing {} state {} custom {}: {}{}\n", drawing.nId, drawing.chState, drawing.wCustom,
-                    Counted(elements.size(), "element"),
-                    drawing.wInfoLen == 0 ? std::string() : ", " + Counted(drawing.wInfoLen, "byte") + " of its own");
+    std::string lines = fmt::format("  drawing {} state {} custom {}: {}{}\n", drawing.nId, drawing.chState,
+                                    drawing.wCustom, Counted(elements.size(), "element"), InfoText(drawing));
     for (const KX_IVS_ZOOP_OBJ_ELEMENT& element : elements)
         lines.append("    ").append(ElementText(element)).append("\n");
     return lines;

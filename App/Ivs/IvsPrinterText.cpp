@@ -64,14 +64,17 @@ public:
         m_lines += RecordLines(eType, pRecords, nLen);
     }
 
-    std::string Finish(const IVS_FRAME& frame, std::optional<int> result) override
+    std::string Finish(const IVS_FRAME& frame, const IVS_OUTCOME& outcome) override
     {
         std::string text = HeadText(frame);
-        if (result)
+        if (outcome.result)
             text += m_nCount == 0 ? ", nothing in it" : ", " + Counted(m_nCount, m_pNoun);
-        const std::string error = IvsErrorText(frame, result);
+        if (outcome.nLeftOut > 0)
+            text += fmt::format(" and {} left out", outcome.nLeftOut);
+        const std::string error = IvsErrorAdvice(frame, outcome.result);
+        const int nCode = outcome.result.value_or(0);
         if (!error.empty())
-            text += "  ERROR: " + error + (result.value_or(0) == 0 ? "" : fmt::format(" (code {})", *result));
+            text += "  ERROR: " + error + (nCode == 0 ? "" : fmt::format(" (code {})", nCode));
         text.append("\n").append(m_lines);
         m_lines.clear();
         m_nCount = 0;

@@ -1,8 +1,10 @@
+#include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>
 
 #include "App/CommandRun.h"
 #include "FrameWriter/ExtHeads.h"
+#include "Ivs/IvsFrame.h"
 #include "Ivs/IvsText.h"
 #include "Ivs/Json/IvsWire.h"
 #include "Support/TempDirectory.h"
@@ -86,7 +88,7 @@ TEST_F(Ivs, ListsEveryFormatAndGoesOnBehindDamage)
                              "object 7 class 2.0 at 100,200 size 30x40", "object 8 class 18",
                              "lane 3: 0 loops, left 1,2, right 3,4 5,6\n", "title 5 \"Gate\"", "polygon 1,2 3,4\n",
                              "text at 0,0 in #FF000000: \"hello\"\n", "plan 1 rule 2 region 3: count 44", "(code 6)\n",
-                             "seq 7  intl: track-ex, 16 bytes  ERROR: enciphered (aes)\n"});
+                             "seq 7  intl: track-ex, 16 bytes  ERROR: enciphered (aes); --key deciphers it\n"});
     ExpectHolds(run.errors, {"metadata  7 payloads", "2 segments", "failures  2 payloads", "3 of objects",
                              "not read  other data frames: 1 smart-motion"});
     EXPECT_EQ(run.output.find("seq 8"), std::string::npos);
@@ -127,6 +129,9 @@ TEST_F(Ivs, ReadsWhatItIsTold)
     const std::string damaged = Write("damaged.zoav", DataFrame(5, 1, PayloadOf("track-ex")).WrongTailLength());
     const Bytes frame = DataFrame(5, 1, PayloadOf("track-ex"));
     const std::string cut = Write("cut.zoav", frame + Part(frame, 0, 30));
+    const std::string torn = Write("torn.zoav", frame + Part(frame, 8) + frame);
+    const std::string old = Write("old.svg", {'o', 'l', 'd'});
+    const std::string crowd = Write("crowd", Bytes{1, 0, 0, 0} + Bytes(10 * (gsk_maxIvsRecords + 5)));
     for (const auto& [arguments, nExitCode, output, errors] : Rows<std::string, int, std::string, std::string>{
              {"--limit 2 " + m_recording, 0, "object 8", "metadata  2 payloads"},
              {foreign, 0, "", "not read  other data frames: 1 "},
@@ -146,6 +151,14 @@ TEST_F(Ivs, ReadsWhatItIsTold)
              {"--units 5x5 " + foreign, 2, "", "--svg"},
              {"--svg " + foreign + " " + foreign, 2, "", "would overwrite"},
              {"--svg - --units 0x5 " + foreign, 2, "", "WxH"},
+             {"--as 5=track " + foreign, 0, "", "no data frame of subtype 5"},
+             {"--as 28=scene --as smart-motion=track " + foreign, 2, "", "second time"},
+             {"--svg '' " + foreign, 2, "", "--svg"},
+             {"--svg " + old + " " + payload, 4, "", "no known"},
+             {"--svg " + old + " --raw scene /dev/null", 4, "", "is empty"},
+             {"--svg " + m_directory.Path() + " " + foreign, 3, "", "cannot create"},
+             {torn, 0, "object 7", "damage    1 damaged frame, 48 bytes in no frame; "},
+             {"--raw overlay " + crowd, 0, " and 5 left out", "left out  5 records"},
              {cut, 0, "object 7", "end       30 bytes wait for the rest of a frame"},
              {payload, 4, "", "no known stream format"},
              {"--svg /no/such/place.svg " + foreign, 3, "", "/no/such/place.svg"}}) {
@@ -155,8 +168,9 @@ TEST_F(Ivs, ReadsWhatItIsTold)
         ExpectHolds(run.output, {output});
         ExpectHolds(run.errors, {errors});
     }
+    EXPECT_EQ(std::filesystem::file_size(old), 3U); // what was no recording left it alone
     const std::string svg = RunFramesift("ivs --svg - --units 9000x4500 " + m_recording).output;
-    ExpectHolds(svg, {"<svg ", ">9000 across, 4500 down<", "Gate", "hello"});
+    ExpectHolds(svg, {"<svg ", ">9000 across, 4500 down<", "Gate", "hello", "1 payload that is enciphered: --key"});
 }
 
 TEST(IvsText, LeavesNothingThatATerminalObeys)

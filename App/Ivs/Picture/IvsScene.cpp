@@ -82,6 +82,17 @@ void CIvsSceneMaker::BeginFrame(const IVS_FRAME& frame)
     m_scene.last = m_time;
 }
 
+void CIvsSceneMaker::EndFrame(const IVS_FRAME& frame, const IVS_OUTCOME& outcome)
+{
+    SCENE_LEFT_OUT& leftOut = m_scene.leftOut;
+    leftOut.nRecords += outcome.nLeftOut;
+    leftOut.bKeyHelps = leftOut.bKeyHelps || frame.WouldKeyHelp();
+    if (frame.IsEnciphered())
+        ++leftOut.nEnciphered;
+    else if (!IvsErrorText(frame, outcome.result).empty())
+        ++leftOut.nFailed;
+}
+
 template <class T>
 void CIvsSceneMaker::TakeAll(std::span<const T> records)
 {
@@ -178,6 +189,7 @@ void CIvsSceneMaker::Take(const KX_IVS_OBJ_EX& object)
 {
     SCENE_OBJECT& seen = Seen(TrackExObject, static_cast<uint32_t>(object.decode_id),
                               static_cast<uint32_t>(object.obj_id), object.object_type, object.enable != 0);
+    seen.name = std::to_string(object.obj_id); // it has a sign
     AddPlaces(seen, Front(object.track_point, static_cast<size_t>(std::max(object.trackpt_num, 0))));
 }
 

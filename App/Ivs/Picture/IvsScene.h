@@ -106,6 +106,10 @@ struct SCENE_COUNTER
 // What the bounds kept out of the picture.
 struct SCENE_LEFT_OUT
 {
+    uint64_t nEnciphered = 0; // payloads
+    bool bKeyHelps = false;   // against some of them
+    uint64_t nFailed = 0;     // payloads
+    uint64_t nRecords = 0;    // of payloads that hold too many
     uint64_t nObjects = 0;
     bool bThinned = false;
     bool bRoads = false;
@@ -141,6 +145,8 @@ public:
     // The records that follow are of this frame.
     void BeginFrame(const IVS_FRAME& frame);
     void Take(KX_IVS_PARSE_TYPE eType, const void* pRecords, int nLen);
+    // They were all of it.
+    void EndFrame(const IVS_FRAME& frame, const IVS_OUTCOME& outcome);
     const IVS_SCENE& Scene() const { return m_scene; }
 
 private:

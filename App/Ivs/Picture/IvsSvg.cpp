@@ -50,7 +50,7 @@ std::string Subtitle(const IVS_SCENE& scene)
     std::string text = Counted(scene.nFrames, "payload") + " of metadata";
     if (scene.first)
         text += ", " + TimeText(*scene.first);
-    if (scene.first && ClockText(scene.first) != ClockText(scene.last))
+    if (HasTimeSpan(scene))
         text += " to " + TimeText(*scene.last);
     return text;
 }
@@ -60,6 +60,14 @@ bool IsNothingDrawn(const IVS_SCENE& scene)
     return scene.roads.empty() && scene.regions.empty() && scene.drawings.empty() &&
            std::all_of(scene.objects.begin(), scene.objects.end(),
                        [](const auto& entry) { return entry.second.places.empty(); });
+}
+
+const char* NothingText(const IVS_SCENE& scene)
+{
+    if (scene.nFrames == 0)
+        return "no metadata in this recording";
+    const bool bNoneRead = scene.leftOut.nEnciphered + scene.leftOut.nFailed == scene.nFrames;
+    return bNoneRead ? "no metadata could be read" : "the metadata tells of no place";
 }
 
 std::string AreaElements(const CSvgCanvas& canvas, const IVS_SCENE& scene, const IVS_UNITS& units)
@@ -78,8 +86,7 @@ std::string AreaElements(const CSvgCanvas& canvas, const IVS_SCENE& scene, const
                        units.nDown);
     if (IsNothingDrawn(scene))
         svg += fmt::format("<text class=\"subtitle\" text-anchor=\"middle\" x=\"{}\" y=\"{}\">{}</text>\n",
-                           Number(area.Middle().x), Number(area.Middle().y),
-                           scene.nFrames == 0 ? "no metadata in this recording" : "the metadata tells of no place");
+                           Number(area.Middle().x), Number(area.Middle().y), NothingText(scene));
     return svg;
 }
 

@@ -2,8 +2,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <iterator>
+#include <tuple>
 
+#include "FrameWriter/RecordingClock.h"
 #include "Frames/FrameText.h"
 #include "Ivs/Picture/IvsSvgParts.h"
 
@@ -102,23 +105,23 @@ void DrawObject(CSvgCanvas& canvas, const SCENE_OBJECT& object, const SVG_CLASS_
     canvas.Keep(box);
 }
 
-std::string NameText(const SCENE_OBJECT& object, bool bTimes)
+std::string NameText(const IVS_SCENE& scene, const SCENE_OBJECT& object, bool bTimes)
 {
     std::string text = object.name;
     if (!object.title.empty())
         text.append(" ").append(Shortened(object.title, sc_titleLetters));
     if (bTimes && object.last)
-        text.append(" ").append(ClockText(object.last));
+        text.append(" ").append(ClockText(scene, object.last));
     return text;
 }
 
-void LabelStart(CSvgCanvas& canvas, const SCENE_OBJECT& object, std::string_view colour)
+void LabelStart(CSvgCanvas& canvas, const IVS_SCENE& scene, const SCENE_OBJECT& object, std::string_view colour)
 {
     if (object.places.size() < 2 || !object.first)
         return;
     const SVG_POINT start = canvas.At(object.places.front().x, object.places.front().y);
     canvas.LabelBeside({start.x - 4, start.y - 4, 8, 8},
-                       {SVG_RANK::Time, ClockText(object.first), colour, sc_timeSize});
+                       {SVG_RANK::Time, ClockText(scene, object.first), colour, sc_timeSize});
 }
 
 } // namespace
@@ -135,9 +138,23 @@ std::string ClassName(int32_t nClass)
     return nClass == gsk_noClass ? "no class told" : fmt::format("class {}", nClass);
 }
 
-std::string ClockText(const std::optional<KX_TIME>& time)
+bool HasTimeSpan(const IVS_SCENE& scene)
 {
-    return time ? fmt::format("{:02}:{:02}:{:02}", time->nHour, time->nMinute, time->nSecond) : std::string();
+    return scene.first && TimeToClock(*scene.first) != TimeToClock(*scene.last);
+}
+
+std::string ClockText(const IVS_SCENE& scene, const std::optional<KX_TIME>& time)
+{
+    constexpr CLOCK_MS sc_shortSpan = 10'000;
+    if (!time || !scene.first)
+        return {};
+    std::string text = fmt::format("{:02}:{:02}:{:02}", time->nHour, time->nMinute, time->nSecond);
+    if (std::abs(TimeToClock(*scene.last) - TimeToClock(*scene.first)) < sc_shortSpan)
+        text += fmt::format(".{:03}", time->nMilliSecond);
+    const auto dayOf = [](const KX_TIME& of) { return std::tuple(of.nYear, of.nMonth, of.nDay); };
+    if (dayOf(*time) == dayOf(*scene.first))
+        return text;
+    return fmt::format("{:04}-{:02}-{:02} {}", time->nYear, time->nMonth, time->nDay, text);
 }
 
 void DrawObjects(CSvgCanvas& canvas, const IVS_SCENE& scene)
@@ -152,15 +169,15 @@ void DrawObjects(CSvgCanvas& canvas, const IVS_SCENE& scene)
     const size_t nEarlierBoxes = seen.size() <= sc_fewObjects ? sc_earlierBoxes : sc_earlierBoxesOfMany;
     for (const SCENE_OBJECT* pObject : seen)
         DrawObject(canvas, *pObject, ClassStyle(scene, pObject->nClass), nEarlierBoxes);
-    const bool bTimes = seen.size() <= sc_mostWithTimes && ClockText(scene.first) != ClockText(scene.last);
+    const bool bTimes = seen.size() <= sc_mostWithTimes && HasTimeSpan(scene);
     std::reverse(seen.begin(), seen.end());
     for (const SCENE_OBJECT* pObject : seen)
-        canvas.LabelBeside(
-            canvas.BoxOf(pObject->places.back()),
-            {SVG_RANK::Object, NameText(*pObject, bTimes), ClassStyle(scene, pObject->nClass).colour, sc_nameSize});
+        canvas.LabelBeside(canvas.BoxOf(pObject->places.back()),
+                           {SVG_RANK::Object, NameText(scene, *pObject, bTimes),
+                            ClassStyle(scene, pObject->nClass).colour, sc_nameSize});
     for (const SCENE_OBJECT* pObject : seen) {
         if (bTimes)
-            LabelStart(canvas, *pObject, ClassStyle(scene, pObject->nClass).colour);
+            LabelStart(canvas, scene, *pObject, ClassStyle(scene, pObject->nClass).colour);
     }
 }
 

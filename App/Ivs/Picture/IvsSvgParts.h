@@ -25,15 +25,18 @@ struct SVG_CLASS_STYLE
 SVG_CLASS_STYLE ClassStyle(const IVS_SCENE& scene, int32_t nClass);
 std::string ClassName(int32_t nClass);
 
-// "10:00:01"; empty if the time is not known.
-std::string ClockText(const std::optional<KX_TIME>& time);
+// Whether the recording begins and ends at different times.
+bool HasTimeSpan(const IVS_SCENE& scene);
+// "10:00:01"; with the date on another day than the recording begins, with milliseconds if it is over in a few seconds.
+// Empty if the time is not known.
+std::string ClockText(const IVS_SCENE& scene, const std::optional<KX_TIME>& time);
 
 void DrawObjects(CSvgCanvas& canvas, const IVS_SCENE& scene);
 void DrawRegions(CSvgCanvas& canvas, const IVS_SCENE& scene);
 void DrawRoads(CSvgCanvas& canvas, const IVS_SCENE& scene);
 void DrawDrawings(CSvgCanvas& canvas, const IVS_SCENE& scene);
 
-inline constexpr double gsk_sideWidth = 330;
+inline constexpr double gsk_sideWidth = 350;
 // Legend, counts and notes, from the corner on. Answers where they end.
 double WriteSide(std::string& svg, SVG_POINT corner, const CSvgCanvas& canvas, const IVS_SCENE& scene,
                  const IVS_UNITS& units);

@@ -1,6 +1,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <numeric>
 
 #include "Check/FindingText.h"
 #include "Ivs/Picture/IvsSvgParts.h"
@@ -39,11 +40,31 @@ public:
         m_y += sc_rowHeight;
     }
 
-    void Cells(const std::vector<std::string>& cells)
+    // Rows of as many cells each. Columns are as wide as what stands in them.
+    void Table(const std::vector<std::vector<std::string>>& rows)
     {
-        constexpr double columns[] = {0, 52, 98, 156, 222, 276};
-        for (size_t n = 0; n < cells.size() && n < std::size(columns); ++n)
-            Cell(columns[n], cells[n]);
+        constexpr double sc_leastGap = 7;
+        constexpr double sc_mostGap = 22;
+        std::vector<double> widths(rows.front().size());
+        for (const auto& row : rows) {
+            for (size_t n = 0; n < widths.size(); ++n)
+                widths[n] = std::max(widths[n], TextWidth(row[n], sc_textSize));
+        }
+        const double dFree = gsk_sideWidth - std::accumulate(widths.begin(), widths.end(), 0.0);
+        const double dGap = std::clamp(dFree / static_cast<double>(widths.size() - 1), sc_leastGap, sc_mostGap);
+        for (const auto& row : rows) {
+            double x = 0;
+            for (size_t n = 0; n < widths.size(); ++n) {
+                Cell(x, row[n]);
+                x += widths[n] + dGap;
+            }
+            m_y += sc_rowHeight;
+        }
+    }
+
+    void Line(std::string_view text)
+    {
+        Cell(0, text);
         m_y += sc_rowHeight;
     }
 
@@ -168,17 +189,17 @@ void WriteCounters(CSide& side, const IVS_SCENE& scene)
     if (scene.counters.empty())
         return;
     side.Heading("Counts");
-    side.Cells({"plan", "rule", "region", "last", "most", "state"});
-    size_t nRow = 0;
+    std::vector<std::vector<std::string>> rows = {{"plan", "rule", "region", "last", "most", "state"}};
     for (const auto& [key, counter] : scene.counters) {
-        if (++nRow > sc_counterRows)
+        if (rows.size() > sc_counterRows)
             break;
         const auto& [nPlan, nRule, nRegion] = key;
-        side.Cells({std::to_string(nPlan), std::to_string(nRule), std::to_string(nRegion), std::to_string(counter.nNow),
-                    std::to_string(counter.nMost), std::to_string(counter.nState)});
+        rows.push_back({std::to_string(nPlan), std::to_string(nRule), std::to_string(nRegion),
+                        std::to_string(counter.nNow), std::to_string(counter.nMost), std::to_string(counter.nState)});
     }
-    if (nRow > sc_counterRows)
-        side.Cells({fmt::format("and {} more", scene.counters.size() - sc_counterRows)});
+    side.Table(rows);
+    if (scene.counters.size() > sc_counterRows)
+        side.Line(fmt::format("and {} more", scene.counters.size() - sc_counterRows));
 }
 
 void WriteAssumptions(CSide& side, const IVS_SCENE& scene, const IVS_UNITS& units)
@@ -197,12 +218,26 @@ void WriteAssumptions(CSide& side, const IVS_SCENE& scene, const IVS_UNITS& unit
         side.Note("The shape of the picture is assumed as 16:9: no video tells it.");
 }
 
+std::string EncipheredText(const SCENE_LEFT_OUT& leftOut)
+{
+    const bool bOne = leftOut.nEnciphered == 1;
+    return fmt::format("{} that {} enciphered{}.", Counted(leftOut.nEnciphered, "payload"), bOne ? "is" : "are",
+                       !leftOut.bKeyHelps ? ""
+                       : bOne             ? ": --key deciphers it"
+                                          : ": --key deciphers them");
+}
+
 void WriteLeftOut(CSide& side, const IVS_SCENE& scene, uint64_t nLabels)
 {
     const SCENE_LEFT_OUT& leftOut = scene.leftOut;
     const auto nPlaceless = static_cast<uint64_t>(std::count_if(
         scene.objects.begin(), scene.objects.end(), [](const auto& entry) { return entry.second.places.empty(); }));
     const std::pair<bool, std::string> notes[] = {
+        {leftOut.nEnciphered > 0, EncipheredText(leftOut)},
+        {leftOut.nFailed > 0,
+         Counted(leftOut.nFailed, "payload") + " that failed, in whole or in part: the listing tells why."},
+        {leftOut.nRecords > 0,
+         fmt::format("{} of payloads with more than {}.", Counted(leftOut.nRecords, "record"), gsk_maxIvsRecords)},
         {leftOut.nObjects > 0,
          fmt::format("{} not seen for the longest time: the picture holds {}. One that came back counts anew.",
                      Counted(leftOut.nObjects, "object"), gsk_maxSceneObjects)},

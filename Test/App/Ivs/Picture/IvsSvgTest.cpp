@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include "FrameWriter/RecordingClock.h"
 #include "Ivs/Json/IvsWire.h"
 #include "Support/Testing.h"
 
@@ -18,7 +19,7 @@ public:
     {
         const Bytes payload = IvsPayload(*FindIvsFormat(format), Json::parse(records));
         IVS_FRAME_HEAD head;
-        head.time = {2026, 1, 31, 10, 0, 0, static_cast<int32_t>(++m_nFrames)};
+        head.time = *ClockToTime(*ParseClock("2026-01-31T10:00:00") + m_nStep * m_nFrames++);
         return Take({FindIvsFormat(format), payload, head});
     }
 
@@ -38,11 +39,17 @@ public:
     }
 
     std::string Svg(const std::string& name = "x") const { return IvsSvg(m_maker.Scene(), {}, name); }
+    Recording& Step(CLOCK_MS nStep)
+    {
+        m_nStep = nStep;
+        return *this;
+    }
     CIvsSceneMaker& Maker() { return m_maker; }
 
 private:
     CIvsSceneMaker m_maker;
-    uint32_t m_nFrames = 0;
+    int64_t m_nFrames = 0;
+    CLOCK_MS m_nStep = 1; // between two frames
 };
 
 size_t CountOf(const std::string& text, const std::string& part)
@@ -128,6 +135,20 @@ TEST(IvsSvg, JoinsTheTrackOfAnObjectOverItsFrames)
     EXPECT_EQ(objects.begin()->second.places.size(), 4U);
     EXPECT_EQ(objects.rbegin()->second.places.size(), 1U);
     EXPECT_EQ(LastBoxes(recording.Svg()), 2U);
+}
+
+TEST(IvsSvg, TellsTimesInFullWhereTheClockAloneWouldNotDo)
+{
+    for (const auto& [nStep, span, label] : Rows<CLOCK_MS, std::string, std::string>{
+             {0, "10:00:00.000<", ">-7<"},
+             {250, "10:00:00.000 to 2026-01-31T10:00:00.250<", ">-7 10:00:00.250<"},
+             {60'000, "10:00:00.000 to 2026-01-31T10:01:00.000<", ">-7 10:01:00<"},
+             {86'400'000, "10:00:00.000 to 2026-02-01T10:00:00.000<", ">-7 2026-02-01 10:00:00<"}}) {
+        const std::string svg =
+            Recording().Step(nStep).Object(-7, 2, "[99, 0, 9, 9]").Object(-7, 2, "[999, 0, 9, 9]").Svg();
+        EXPECT_NE(svg.find(span), std::string::npos) << span;
+        EXPECT_NE(svg.find(label), std::string::npos) << label;
+    }
 }
 
 TEST(IvsSvg, StaysReadableWhateverTheRecordingHolds)
