@@ -2,7 +2,7 @@
 #ifndef FRAMESIFT_TEST_IVSPARSER_IVSOBJECTBYTES_H
 #define FRAMESIFT_TEST_IVSPARSER_IVSOBJECTBYTES_H
 
-#include <fmt/format.h>
+#include <sstream>
 
 #include "IVSParser/IVSLaneStore.h"
 #include "IVSParser/IVSParser.h"
@@ -96,23 +96,22 @@ inline int IgnoreRecords(KX_IVS_PARSE_TYPE, void*, int, void*)
 template <class Wrap>
 void ExpectAnswers(Wrap wrap, const Rows<int, Bytes, const char*>& rows)
 {
-    std::string expected;
+    std::ostringstream expected;
     std::vector<Bytes> payloads; // their addresses stand in the log
     for (const auto& [nResult, bytes, pLog] : rows) {
         payloads.push_back(IvsSegment({IvsGroup({wrap(bytes)})}));
         EXPECT_EQ(ParseIvs(IVS_TRACK_EX2, payloads.back()).nResult, nResult) << testing::PrintToString(bytes);
-        expected += pLog;
+        expected << pLog;
         if (nResult != KX_SUCCESS)
-            expected += fmt::format("warn [ParseGroup] IVS format is error\n"
-                                    "warn [ParseIVSCommonObj] IVS format is error {}, {}\n",
-                                    fmt::ptr(payloads.back().data()), payloads.back().size());
+            expected << "warn [ParseGroup] IVS format is error\nwarn [ParseIVSCommonObj] IVS format is error "
+                     << static_cast<const void*>(payloads.back().data()) << ", " << payloads.back().size() << "\n";
     }
     IVS_LANE_STORE store;
     const auto parseAll = [&] {
         for (const Bytes& payload : payloads)
             ParseIVSCommonObj(payload.data(), static_cast<int>(payload.size()), &IgnoreRecords, nullptr, store);
     };
-    EXPECT_EQ(LogOf(parseAll, false), expected);
+    EXPECT_EQ(LogOf(parseAll, false), expected.str());
 }
 
 } // namespace Marvane::FrameSift
