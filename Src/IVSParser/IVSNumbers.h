@@ -47,11 +47,11 @@ void TakeEach(CBufferRead& pb, RECORD& record)
     TakeEach<NUMBER>(pb, std::span(&record, 1));
 }
 
-// What TakeEach would read, dropped.
+// What TakeEach would read into nBytes of records, dropped.
 template <class NUMBER>
-void SkipEach(CBufferRead& pb, uint32_t nCount)
+void SkipEach(CBufferRead& pb, uint32_t nBytes)
 {
-    if (pb.Skip(nCount * uint32_t{sizeof(NUMBER)}))
+    if (pb.Skip(nBytes))
         return;
     while (pb.Skip(sizeof(NUMBER))) {
     }
@@ -63,7 +63,7 @@ void TakeCounted(CBufferRead& pb, RECORD (&records)[nRoom], uint32_t nCount)
 {
     const uint32_t nKept = nCount < nRoom ? nCount : uint32_t{nRoom};
     TakeEach<NUMBER>(pb, std::span(records).first(nKept));
-    SkipEach<NUMBER>(pb, (nCount - nKept) * uint32_t{sizeof(RECORD) / sizeof(NUMBER)});
+    SkipEach<NUMBER>(pb, (nCount - nKept) * uint32_t{sizeof(RECORD)});
 }
 
 } // namespace Marvane::FrameSift

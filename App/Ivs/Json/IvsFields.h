@@ -54,8 +54,14 @@ struct JSON_FIELD
     std::string_view name;
     JSON_ROLE eRole = JSON_ROLE::Value;
     JSON_TYPE eType = JSON_TYPE::U8; // of the value, or of each entry
-    uint32_t nOffset = 0;            // in the record
-    uint32_t nWire = 0;              // bytes on the wire; 0: as many as in the record
+
+    // Lists and texts only.
+    JSON_EXTENT eExtent = JSON_EXTENT::Counted;
+    bool bPointer = false;  // the record holds a pointer to the entries
+    bool bWithNext = false; // on the wire its entries take turns with those of the next row
+
+    uint32_t nOffset = 0; // in the record
+    uint32_t nWire = 0;   // bytes on the wire; 0: as many as in the record
 
     // Lists and texts only.
     std::string_view count; // the field that counts the entries; empty: the list has one length
@@ -63,9 +69,6 @@ struct JSON_FIELD
     uint32_t nMax = 0;      // entries that the record holds
     uint32_t nMinCount = 0; // limits of the count
     uint32_t nMaxCount = 0;
-    JSON_EXTENT eExtent = JSON_EXTENT::Counted;
-    bool bPointer = false;                // the record holds a pointer to the entries
-    bool bWithNext = false;               // on the wire its entries take turns with those of the next row
     const JSON_TABLE* pEntries = nullptr; // the fields of an entry that is a record
 
     // For the tables: the same row with something changed.
@@ -220,9 +223,9 @@ const JSON_OBJECT_KIND& ObjectKindOf(uint32_t objType);
 struct JSON_ATTRIBUTE
 {
     std::string_view name;     // "80"
-    uint8_t chType;            // on the wire
     const JSON_TABLE* pFields; // of its record
     uint32_t nOffset;          // in KX_IVS_ATTRIBUTE
+    uint8_t chType;            // on the wire
 };
 std::span<const JSON_ATTRIBUTE> IvsAttributes();
 
