@@ -35,7 +35,8 @@ std::string ResultText(const IVS_FRAME& frame, int nResult)
     case KX_SUCCESS:
         return {};
     case KX_ERROR_PARAMETER:
-        return "a segment is too short or longer than the payload, or lanes have a number that cannot be";
+        return "a segment is too short or longer than the payload, or lanes have a number that cannot be or an unknown "
+               "form";
     case KX_ERROR_BAD_FORMATTED:
         return "an object or one of its attributes is malformed";
     case KX_ERROR_SYSTEM_OUT_OF_MEMORY:

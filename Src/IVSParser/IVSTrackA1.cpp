@@ -38,14 +38,14 @@ void ReadObject(const uint8_t* pWire, RECORD& object)
         FillWhole<sc_looksFields>(pWire, object);
 }
 
-// objects: what nCount of them need at least.
+// Null if there is no memory. The message tells the size of the wrapper for either kind; log readers know it so.
 template <class RECORD>
 std::unique_ptr<RECORD[]> ReadObjects(CBufferRead& pb, size_t nCount)
 {
     auto objects = TryAllocRecords<RECORD>(nCount);
     if (objects == nullptr) {
         KX_WRITE_LOG(KX_LOG_LevelError, gsk_ivsPath, "[ParseIVSTrackA1] out of memory %d * %d\n",
-                     static_cast<int>(nCount), static_cast<int>(sizeof(RECORD)));
+                     static_cast<int>(nCount), static_cast<int>(sizeof(KX_IVS_OBJ_ALL)));
         return nullptr;
     }
     for (size_t n = 0; n < nCount; ++n) {
