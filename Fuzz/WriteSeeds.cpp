@@ -9,6 +9,7 @@
 
 #include "FrameWriter/ZOAVFrameWriter.h"
 #include "IvsSeeds.h"
+#include "LegacySeeds.h"
 
 namespace Marvane::FrameSift {
 
@@ -96,6 +97,14 @@ bool Write(const std::string& path, const Bytes& bytes)
     return file.good();
 }
 
+bool WriteAll(const std::string& folder, const std::vector<Bytes>& seeds)
+{
+    bool bWritten = true;
+    for (size_t n = 0; n < seeds.size(); ++n)
+        bWritten = Write(folder + "/seed-" + std::to_string(n), seeds[n]) && bWritten;
+    return bWritten;
+}
+
 // The front of each sample of a codec: headers stand there, and short inputs are fuzzed faster.
 bool WriteSampleSeeds(const std::string& codec, const std::string& folder)
 {
@@ -114,8 +123,11 @@ bool WriteSampleSeeds(const std::string& codec, const std::string& folder)
 // The codec of a target's samples; empty if it starts from something else.
 std::string CodecOf(const std::string& target)
 {
-    const std::vector<std::pair<std::string, std::string>> rows = {
-        {"FuzzH264", "h264"}, {"FuzzH265", "h265"}, {"FuzzMpeg2", "mpeg2"}, {"FuzzJpeg", "jpeg"}};
+    const std::vector<std::pair<std::string, std::string>> rows = {{"FuzzH264", "h264"},
+                                                                   {"FuzzH265", "h265"},
+                                                                   {"FuzzMpeg2", "mpeg2"},
+                                                                   {"FuzzMpeg4", "mpeg4"},
+                                                                   {"FuzzJpeg", "jpeg"}};
     const auto row = std::find_if(rows.begin(), rows.end(), [&](const auto& each) { return each.first == target; });
     return row != rows.end() ? row->second : std::string();
 }
@@ -124,11 +136,9 @@ bool WriteSeeds(const std::string& target, const std::string& folder)
 {
     if (const std::string codec = CodecOf(target); !codec.empty())
         return WriteSampleSeeds(codec, folder);
-    if (const std::vector<Bytes> payloads = IvsSeeds(target); !payloads.empty()) {
-        bool bWritten = true;
-        for (size_t n = 0; n < payloads.size(); ++n)
-            bWritten = Write(folder + "/seed-" + std::to_string(n), payloads[n]) && bWritten;
-        return bWritten;
+    for (const std::vector<Bytes>& seeds : {IvsSeeds(target), LegacySeeds(target)}) {
+        if (!seeds.empty())
+            return WriteAll(folder, seeds);
     }
     if (target == "FuzzDecrypt")
         return Write(folder + "/seed-keys", SoundStream(ZOAV_FAMILY::ZOAV));

@@ -1,36 +1,15 @@
 #include "ESParse/MPEG2ESParser.h"
 
+#include "ESParse/CodeScan.h"
 #include "ESParse/StartCode.h"
 
 namespace Marvane::FrameSift {
 
 namespace {
 
-constexpr int sc_noSlice = -1;
-
 constexpr bool IsSlice(uint32_t nCode)
 {
     return nCode >= MPEG2_FIRST_SLICE && nCode <= MPEG2_LAST_SLICE;
-}
-
-// Shows take the 32 bits at each byte that no head has consumed, until it answers a result; sc_noSlice at the end. take moves on by 8 bits or more and
-// leaves what it does not know to the scan, which steps over it byte by byte.
-template <class Take>
-int ScanCodes(const uint8_t* pESBuffer, uint32_t nESBufferLen, Take take)
-{
-    if (pESBuffer == nullptr || nESBufferLen == 0)
-        return sc_noSlice;
-    CBitsStream bs;
-    bs.Init(pESBuffer, nESBufferLen);
-    // Pos runs at a quarter of the true rate, so that it ends none but the shortest buffers: the steps count.
-    uint32_t nSteps = 0;
-    do {
-        bs.ByteAlign();
-        const std::optional<int> result = take(bs, bs.ShowBits(32));
-        if (result.has_value())
-            return *result;
-    } while (bs.Pos() >> 3 < bs.Length() && nSteps++ < nESBufferLen);
-    return sc_noSlice;
 }
 
 // From the code of a picture head on.
@@ -90,7 +69,7 @@ std::optional<int> CMPEG2ESParser::ParseCode(CBitsStream& bs, uint32_t nCode, ui
 
 int CMPEG2ESParser::GetFrameSubType(const uint8_t* pESBuffer, uint32_t nESBufferLen)
 {
-    static_assert(sc_noSlice == KX_FRAME_SUB_TYPE_DATA_INVALID);
+    static_assert(gsk_noResult == KX_FRAME_SUB_TYPE_DATA_INVALID);
     return ScanCodes(pESBuffer, nESBufferLen, [](CBitsStream& bs, uint32_t nCode) -> std::optional<int> {
         if (nCode == MPEG2_PICTURE)
             return ReadPictureType(bs);

@@ -31,6 +31,8 @@ public:
     virtual int ReadOneFrame(int64_t*, FrameInfo*, ExtZOAVIFrameInfo*) { return 0; }
     virtual int SeekByTime(uint32_t) { return 0; }
     virtual int SeekByFileOffset(int64_t, int) { return 0; }
+    // The format that the parser has found inside: KX_STREAM_TYPE_*, 0 while it has found none.
+    virtual int GetInnerType() { return 0; }
 };
 
 } // namespace Marvane::FrameSift

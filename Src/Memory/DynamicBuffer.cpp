@@ -71,12 +71,24 @@ int CDynamicBuffer::AppendBuffer(const uint8_t* pData, int32_t nLen, bool bKeepO
     const int64_t nNeeded = int64_t{m_nDataLen} + nLen;
     if (nNeeded > sc_maxSize)
         return KX_ERROR_SYSTEM_OUT_OF_MEMORY;
-    int64_t nMaxSize = m_nMaxSize;
-    while (nMaxSize < nNeeded)
-        nMaxSize = NextSize(nMaxSize);
+    const int32_t nMaxSize = SizeFor(m_nMaxSize, nNeeded);
     if (nMaxSize > m_nMaxSize && GrowTo(nMaxSize, bKeepOld) != KX_SUCCESS)
         return KX_ERROR_SYSTEM_OUT_OF_MEMORY;
     return StaticAppendBuffer(pData, nLen);
+}
+
+int32_t CDynamicBuffer::SizeFor(int32_t nMaxSize, int64_t nLen)
+{
+    int64_t nSize = nMaxSize;
+    while (nSize < std::min(nLen, sc_maxSize))
+        nSize = NextSize(nSize);
+    return static_cast<int32_t>(std::min(nSize, sc_maxSize));
+}
+
+void CDynamicBuffer::RemoveFront(int32_t nLen)
+{
+    m_nDataLen -= nLen;
+    std::memmove(m_pBuffer.get(), m_pBuffer.get() + nLen, static_cast<size_t>(m_nDataLen));
 }
 
 int CDynamicBuffer::ReAlloc(bool bKeepOld)

@@ -36,6 +36,14 @@ public:
 
     void Swap(CDynamicBuffer& other);
 
+    // Frees the earlier blocks; the contents stay.
+    void FreeEarlierBlocks() { m_safeBuffers.clear(); }
+    // Moves what stands behind the first nLen bytes to the front.
+    void RemoveFront(int32_t nLen);
+    void RemoveBack(int32_t nLen) { m_nDataLen -= nLen; }
+    // The capacity that a buffer of nMaxSize bytes grows to by steps until nLen bytes fit.
+    static int32_t SizeFor(int32_t nMaxSize, int64_t nLen);
+
     uint8_t* GetPointer() const { return m_pBuffer.get(); }
     int32_t GetDataLen() const { return m_nDataLen; }
     int32_t MaxSize() const { return m_nMaxSize; }

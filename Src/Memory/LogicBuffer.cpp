@@ -1,5 +1,6 @@
 #include "Memory/LogicBuffer.h"
 
+#include <algorithm>
 #include <limits>
 
 #include "framesift/framesift.h"
@@ -16,6 +17,7 @@ int CLogicBuffer::InitBuffer(int)
 {
     if (const int nResult = m_fixBuffer.Init(sc_initialSize); nResult != KX_SUCCESS)
         return nResult;
+    m_nFixCapacity = sc_initialSize;
     return m_remainBuffer.Init(sc_initialSize);
 }
 
@@ -26,7 +28,7 @@ int CLogicBuffer::JoinData(uint8_t* pData, int nLen)
     if (nLen < 0)
         return KX_ERROR_PARAMETER;
     // Indices are 32 bits wide: a window that they cannot count is refused before anything moves.
-    if (nLen > std::numeric_limits<int32_t>::max() - m_remainBuffer.GetDataLen())
+    if (nLen > std::numeric_limits<int32_t>::max() - KeptLen())
         return KX_ERROR_SYSTEM_OUT_OF_MEMORY;
     MoveRemainBufferToFixBuffer();
     m_pNewBuffer = pData;
@@ -34,50 +36,74 @@ int CLogicBuffer::JoinData(uint8_t* pData, int nLen)
     return KX_SUCCESS;
 }
 
+int64_t CLogicBuffer::KeptLen() const
+{
+    return IsKeptInPlace() ? m_fixBuffer.GetDataLen() - m_nKeepFrom : m_remainBuffer.GetDataLen();
+}
+
+// Nothing can fail here: bytes that were kept elsewhere come by a change of places.
 int CLogicBuffer::MoveRemainBufferToFixBuffer()
 {
-    // The two change places: what was kept is not copied once more, and nothing can fail.
-    m_fixBuffer.Clear();
-    m_fixBuffer.Swap(m_remainBuffer);
+    if (IsKeptInPlace()) {
+        m_fixBuffer.FreeEarlierBlocks();
+        m_nFront = m_nKeepFrom;
+        m_nKeepFrom = -1;
+        if (m_nFront >= m_fixBuffer.GetDataLen() - m_nFront) {
+            m_fixBuffer.RemoveFront(m_nFront);
+            m_nFront = 0;
+        }
+    } else {
+        m_fixBuffer.Clear();
+        m_fixBuffer.Swap(m_remainBuffer);
+        m_nFront = 0;
+    }
+    CountFixLen(m_fixBuffer.GetDataLen() - m_nFront);
     m_nHasDeletedDataLen += m_nNeedToDel;
     m_nNeedToDel = 0;
     return KX_SUCCESS;
+}
+
+void CLogicBuffer::CountFixLen(int32_t nFixLen)
+{
+    m_nFixLen = nFixLen;
+    m_nFixCapacity = CDynamicBuffer::SizeFor(m_nFixCapacity, nFixLen);
 }
 
 uint8_t* CLogicBuffer::GetData(int nIndex, int nLen)
 {
     if (m_pNewBuffer == nullptr || !IsParameterValid(nIndex, nLen))
         return nullptr;
-    const int32_t nSeam = m_fixBuffer.GetDataLen();
-    if (nIndex >= nSeam)
-        return m_pNewBuffer + (nIndex - nSeam);
+    if (nIndex >= m_nFixLen)
+        return m_pNewBuffer + (nIndex - m_nFixLen);
     const int32_t nEnd = nIndex + nLen;
-    if (nEnd > nSeam) {
-        // Frames queued earlier in this cycle may lie in the block that the growth replaces.
-        if (nEnd > m_fixBuffer.MaxSize())
-            m_bMemReAlloc_prevPointerChange = true;
-        const int32_t nMoved = nEnd - nSeam;
-        if (m_fixBuffer.AppendBuffer(m_pNewBuffer, nMoved, m_bMemReAlloc_prevPointerChange) != KX_SUCCESS)
-            return nullptr;
-        m_pNewBuffer += nMoved;
-        m_nNewBufferLen -= nMoved;
-    }
-    return m_fixBuffer.GetPointer() + nIndex;
+    if (nEnd > m_nFixLen && MoveSeam(nEnd - m_nFixLen) != KX_SUCCESS)
+        return nullptr;
+    return Front() + nIndex;
+}
+
+int CLogicBuffer::MoveSeam(int32_t nLen)
+{
+    // Frames queued earlier in this cycle may lie in a block that a growth replaces: it stays.
+    if (!IsKeptInPlace() && m_fixBuffer.AppendBuffer(m_pNewBuffer, nLen, true) != KX_SUCCESS)
+        return KX_ERROR_SYSTEM_OUT_OF_MEMORY;
+    m_pNewBuffer += nLen;
+    m_nNewBufferLen -= nLen;
+    CountFixLen(m_nFixLen + nLen);
+    return KX_SUCCESS;
 }
 
 std::span<const uint8_t> CLogicBuffer::GetRun(int nIndex)
 {
     if (m_pNewBuffer == nullptr || !IsIndexValid(nIndex))
         return {};
-    const int32_t nSeam = m_fixBuffer.GetDataLen();
-    if (nIndex < nSeam)
-        return {m_fixBuffer.GetPointer() + nIndex, static_cast<size_t>(nSeam - nIndex)};
-    return {m_pNewBuffer + (nIndex - nSeam), static_cast<size_t>(m_nNewBufferLen - (nIndex - nSeam))};
+    if (nIndex < m_nFixLen)
+        return {Front() + nIndex, static_cast<size_t>(m_nFixLen - nIndex)};
+    return {m_pNewBuffer + (nIndex - m_nFixLen), static_cast<size_t>(m_nNewBufferLen - (nIndex - m_nFixLen))};
 }
 
 uint32_t CLogicBuffer::MaxSize()
 {
-    return static_cast<uint32_t>(int64_t{m_nNewBufferLen} + m_fixBuffer.MaxSize());
+    return static_cast<uint32_t>(int64_t{m_nNewBufferLen} + m_nFixCapacity);
 }
 
 uint8_t CLogicBuffer::GetByte(int nIndex)
@@ -90,6 +116,9 @@ int CLogicBuffer::ClearBuffer()
 {
     m_fixBuffer.Clear();
     m_remainBuffer.Clear();
+    m_nFront = 0;
+    m_nFixLen = 0;
+    m_nKeepFrom = -1;
     m_nHasDeletedDataLen = 0;
     m_nNeedToDel = 0;
     m_nFrameStartPos = 0;
@@ -108,15 +137,37 @@ int CLogicBuffer::SaveRemainData(int nIndex)
         m_nNeedToDel = Size();
         return KX_ERROR_PARAMETER;
     }
-    const int32_t nSeam = m_fixBuffer.GetDataLen();
-    int32_t nFromNew = 0;
-    if (nIndex >= nSeam)
-        nFromNew = nIndex - nSeam;
-    else if (m_remainBuffer.AppendBuffer(m_fixBuffer.GetPointer() + nIndex, nSeam - nIndex, false) != KX_SUCCESS)
+    const bool bInPlace = nIndex < m_nFixLen && KeptLen() == 0;
+    const int nResult = bInPlace ? KeepInPlace(nIndex) : KeepInRemainBuffer(nIndex);
+    if (nResult == KX_SUCCESS)
+        m_nNeedToDel = static_cast<uint32_t>(nIndex);
+    return nResult;
+}
+
+int CLogicBuffer::KeepInPlace(int nIndex)
+{
+    if (m_fixBuffer.AppendBuffer(m_pNewBuffer, m_nNewBufferLen, true) != KX_SUCCESS)
         return KX_ERROR_SYSTEM_OUT_OF_MEMORY;
-    if (m_remainBuffer.AppendBuffer(m_pNewBuffer + nFromNew, m_nNewBufferLen - nFromNew, false) != KX_SUCCESS)
+    m_nKeepFrom = m_nFront + nIndex;
+    return KX_SUCCESS;
+}
+
+int CLogicBuffer::KeepInRemainBuffer(int nIndex)
+{
+    const auto keep = [this](const uint8_t* pBytes, int32_t nLen) {
+        return m_remainBuffer.AppendBuffer(pBytes, nLen, false) == KX_SUCCESS;
+    };
+    if (IsKeptInPlace()) {
+        if (!keep(m_fixBuffer.GetPointer() + m_nKeepFrom, static_cast<int32_t>(KeptLen())))
+            return KX_ERROR_SYSTEM_OUT_OF_MEMORY;
+        m_nKeepFrom = -1;
+        // From here on the chunk's bytes behind the front part are not looked at again.
+        m_fixBuffer.RemoveBack(m_nNewBufferLen);
+    }
+    const int32_t nFromFix = std::max(m_nFixLen - nIndex, 0);
+    const int32_t nFromNew = std::max(nIndex - m_nFixLen, 0);
+    if (!keep(Front() + m_nFixLen - nFromFix, nFromFix) || !keep(m_pNewBuffer + nFromNew, m_nNewBufferLen - nFromNew))
         return KX_ERROR_SYSTEM_OUT_OF_MEMORY;
-    m_nNeedToDel = static_cast<uint32_t>(nIndex);
     return KX_SUCCESS;
 }
 
@@ -129,8 +180,8 @@ int CLogicBuffer::GetRemainData(uint8_t** ppData, int* pLen)
 {
     if (ppData == nullptr || pLen == nullptr)
         return KX_ERROR_PARAMETER;
-    *ppData = m_remainBuffer.GetPointer();
-    *pLen = m_remainBuffer.GetDataLen();
+    *ppData = IsKeptInPlace() ? m_fixBuffer.GetPointer() + m_nKeepFrom : m_remainBuffer.GetPointer();
+    *pLen = static_cast<int>(KeptLen());
     return KX_SUCCESS;
 }
 

@@ -59,12 +59,14 @@ bool CLogicData::GetShortValue(int32_t nPos, uint16_t& value)
 int CLogicData::SaveRemainData(int nIndex)
 {
     m_nTakenLen = 0;
+    m_nSearchedLen = 0;
     return m_pBufferManager != nullptr ? m_pBufferManager->SaveRemainData(nIndex) : -1;
 }
 
 int CLogicData::ClearBuffer()
 {
     m_nTakenLen = 0;
+    m_nSearchedLen = 0;
     return m_pBufferManager != nullptr ? m_pBufferManager->ClearBuffer() : -1;
 }
 

@@ -39,6 +39,11 @@ public:
     void SetTakenLen(int nTakenLen) { m_nTakenLen = nTakenLen; }
     int GetTakenLen() const { return m_nTakenLen; }
 
+    // How many bytes from the window's front on a search for the end of the frame there has been through in vain: it goes
+    // on behind them, once more bytes have come. Set once the cycle is saved.
+    void SetSearchedLen(int nSearchedLen) { m_nSearchedLen = nSearchedLen; }
+    int GetSearchedLen() const { return m_nSearchedLen; }
+
     // Everything before nIndex is consumed.
     int SetCurParseIndex(int nIndex) { return SaveRemainData(nIndex); }
     int SaveRemainData(int nIndex);
@@ -55,6 +60,7 @@ private:
     int32_t m_nMemoryType = 0;
     bool m_bHasInit = false;
     int m_nTakenLen = 0;
+    int m_nSearchedLen = 0;
 };
 
 } // namespace Marvane::FrameSift

@@ -28,6 +28,15 @@ template <class Operation>
     }
 }
 
+// An object; null if there is no memory for it or for what its members allocate.
+template <class T, class... Arguments>
+std::unique_ptr<T> TryMake(Arguments... arguments)
+{
+    std::unique_ptr<T> pObject;
+    (void)TryAlloc([&] { pObject = std::make_unique<T>(arguments...); });
+    return pObject;
+}
+
 } // namespace Marvane::FrameSift
 
 #endif

@@ -9,6 +9,7 @@
 #include <type_traits>
 
 #include "Memory/LogicData.h"
+#include "Tools/BufferRead.h"
 
 namespace Marvane::FrameSift {
 
@@ -19,6 +20,13 @@ inline uint8_t* GetDataAt(CLogicData& logicData, int64_t nPos, int64_t nLen)
     if (nPos < 0 || nPos > nMax || nLen < 0 || nLen > nMax)
         return nullptr;
     return logicData.GetData(static_cast<int>(nPos), static_cast<int>(nLen));
+}
+
+// The big-endian word at nPos, as a scan would see it.
+inline std::optional<uint32_t> ReadWordAt(CLogicData& logicData, int64_t nPos)
+{
+    const uint8_t* pBytes = GetDataAt(logicData, nPos, sizeof(uint32_t));
+    return pBytes != nullptr ? std::optional(LoadUint32Msb(pBytes)) : std::nullopt;
 }
 
 // A copy of the wire record at nPos, or nothing if the window does not hold all of it.

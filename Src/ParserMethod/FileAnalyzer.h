@@ -52,6 +52,9 @@ public:
     void SetBaseRead() { m_bBaseRead = true; }
 
     int GetStreamType();
+    // The format that the parser has found inside: of a legacy recording, 0 as long as it is audio alone. During the pass
+    // for its callbacks only.
+    int GetInnerType() { return m_pFileAnalzyer != nullptr ? m_pFileAnalzyer->GetInnerType() : 0; }
     int GetProcess(int* process);
     int GetOneIndex(int index, KX_INDEX_INFO* indexInfo, FrameInfo* frameInfo, ExtZOAVIFrameInfo* frameInfoEx);
     int GetIndexCount(int flags, int* indexCount);

@@ -1,25 +1,16 @@
 // The detector's checks for the legacy streams: does the next frame begin where this one's length says?
-#include <optional>
-
 #include "Memory/WindowRead.h"
-#include "ParserMethod/LegacyWords.h"
 #include "ParserMethod/ParserCreator.h"
+#include "StreamAnalzyer/OldStream/LegacyWords.h"
 #include "Tools/BufferRead.h"
-#include "Tools/FourCC.h"
 
 namespace Marvane::FrameSift {
 
 namespace {
 
-std::optional<uint32_t> FetchWord(CLogicData& logicData, int64_t nPos)
-{
-    const uint8_t* pBytes = GetDataAt(logicData, nPos, sizeof(uint32_t));
-    return pBytes != nullptr ? std::optional(LoadUint32Msb(pBytes)) : std::nullopt;
-}
-
 bool IsLegacyStartAt(CLogicData& logicData, int64_t nPos)
 {
-    const auto nWord = FetchWord(logicData, nPos);
+    const auto nWord = ReadWordAt(logicData, nPos);
     return nWord.has_value() && IsLegacyStart(*nWord);
 }
 
@@ -54,7 +45,7 @@ bool CheckNewVariant(CLogicData& logicData, uint32_t nScanID, int32_t nIndex, co
         nPayloadPos = int64_t{nIndex} + head.nHeadLen;
         nNextPos = nPayloadPos + (LoadUint32Lsb(pHead + head.nLengthOffset) & 0xFFFFFF);
     }
-    const auto nStartCode = FetchWord(logicData, nPayloadPos);
+    const auto nStartCode = ReadWordAt(logicData, nPayloadPos);
     const bool bStartCode = nStartCode.has_value() && (*nStartCode <= 1 || *nStartCode >> 8 == 1);
     return bStartCode && IsLegacyStartAt(logicData, nNextPos);
 }
@@ -78,7 +69,7 @@ bool CParserCreator::checkNewEx1(CLogicData* plogicData, uint32_t nScanID, int32
 
 bool CParserCreator::checkZOPT(CLogicData* plogicData, uint32_t nScanID, int32_t nIndex)
 {
-    if (nScanID != FourCC("ZOPT"))
+    if (nScanID != sc_wordZOPT)
         return false;
     if (++zoptCount > 2)
         return true;
@@ -86,7 +77,7 @@ bool CParserCreator::checkZOPT(CLogicData* plogicData, uint32_t nScanID, int32_t
     const uint8_t* pHead = plogicData->GetData(nIndex, nHeadLen);
     if (pHead == nullptr)
         return false;
-    return FetchWord(*plogicData, int64_t{nIndex} + nHeadLen + LoadUint32Lsb(pHead + 4)) == FourCC("ZOPT");
+    return ReadWordAt(*plogicData, int64_t{nIndex} + nHeadLen + LoadUint32Lsb(pHead + 4)) == sc_wordZOPT;
 }
 
 bool CParserCreator::checkAudio(CLogicData* plogicData, uint32_t, int32_t nIndex)

@@ -3,10 +3,14 @@
 #include <algorithm>
 #include <array>
 
+#include "FileAnalzyer/SimulateByStream/RawMPEG4File.h"
 #include "FileAnalzyer/SimulateByStream/ZOAVFile.h"
+#include "FileAnalzyer/SimulateByStream/ZOOldFile.h"
 #include "Memory/TryAlloc.h"
 #include "Memory/WindowRead.h"
-#include "ParserMethod/LegacyWords.h"
+#include "StreamAnalzyer/OldStream/LegacyWords.h"
+#include "StreamAnalzyer/OldStream/ZOOldStream.h"
+#include "StreamAnalzyer/RawStream/RawMPEG4Stream.h"
 #include "StreamAnalzyer/WordSlider.h"
 #include "StreamAnalzyer/ZOSTD/ZOAVStream.h"
 #include "Tools/FourCC.h"
@@ -51,16 +55,7 @@ const FAMILY_MAGIC* FindFamily(uint32_t nWord)
 bool IsRemarkable(uint32_t nWord)
 {
     return IsLegacyStart(nWord) || nWord == sc_wordHB || nWord == FourCC("RIFF") || nWord == FourCC("ZOII") ||
-           nWord == FourCC("ZOPT") || FindFamily(nWord) != nullptr;
-}
-
-// Null without memory, whether for the parser itself or for what its members allocate.
-template <class Interface, class Parser>
-std::unique_ptr<Interface> MakeParser()
-{
-    std::unique_ptr<Interface> pParser;
-    (void)TryAlloc([&pParser] { pParser = std::make_unique<Parser>(); });
-    return pParser;
+           nWord == sc_wordZOPT || FindFamily(nWord) != nullptr;
 }
 
 } // namespace
@@ -130,11 +125,15 @@ bool CParserCreator::checkZOAV(CLogicData* plogicData, uint32_t, int32_t nIndex)
 std::unique_ptr<IStreamAnalzyer> CParserCreator::CreateStreamAnalyzer(uint32_t nStreamType)
 {
     switch (nStreamType) {
+    case KX_STREAM_TYPE_MPEG4:
+        return TryMake<CRawMPEG4Stream>();
+    case KX_STREAM_TYPE_OLD:
+        return TryMake<CZOOldStream>();
     case KX_STREAM_TYPE_ZOSTD:
     case KX_STREAM_TYPE_STD_MY:
     case KX_STREAM_TYPE_STD_LX:
     case KX_STREAM_TYPE_STD_WM:
-        return MakeParser<IStreamAnalzyer, CZOAVStream>();
+        return TryMake<CZOAVStream>();
     default:
         return nullptr;
     }
@@ -143,11 +142,15 @@ std::unique_ptr<IStreamAnalzyer> CParserCreator::CreateStreamAnalyzer(uint32_t n
 std::unique_ptr<IFileAnalzyer> CParserCreator::CreateFileAnalyzer(uint32_t nStreamType)
 {
     switch (nStreamType) {
+    case KX_STREAM_TYPE_MPEG4:
+        return TryMake<CRawMPEG4File>();
+    case KX_STREAM_TYPE_OLD:
+        return TryMake<CZOOldFile>();
     case KX_STREAM_TYPE_ZOSTD:
     case KX_STREAM_TYPE_STD_MY:
     case KX_STREAM_TYPE_STD_LX:
     case KX_STREAM_TYPE_STD_WM:
-        return MakeParser<IFileAnalzyer, CZOAVFile>();
+        return TryMake<CZOAVFile>();
     default:
         return nullptr;
     }

@@ -52,6 +52,8 @@ public:
     int ParseData(unsigned char* buffer, int length);
     int GetOneFrame(FrameInfo* frame, ExtZOAVIFrameInfo* ext);
     int GetStreamType() const { return m_nStreamType.load(std::memory_order_relaxed); }
+    // The format that the parser has found inside: of a legacy stream, 0 as long as it is audio alone.
+    int GetInnerType() const { return m_pStreamAnalzyer != nullptr ? m_pStreamAnalzyer->GetType() : 0; }
     // The bytes that wait for the next cycle. They stay the window's.
     int GetRemainData(unsigned char** data, int* len);
     int ClearBuffer();

@@ -1,5 +1,7 @@
 #include "StreamAnalzyer/StreamParseBase.h"
 
+#include <algorithm>
+
 #include "Memory/TryAlloc.h"
 #include "StreamAnalzyer/WordSlider.h"
 
@@ -14,6 +16,7 @@ int CStreamParseBase::ParseData(CLogicData* logicData, IFrameCallBack* frameCall
     if (logicData->GetTakenLen() > 0)
         slider.Restart(int64_t{logicData->GetTakenLen()} - 1);
     DoInit();
+    m_nSearchedLen = 0;
     int nWaitPos = 0;
     bool bGoOn = true;
     while (bGoOn && slider.SlideTo([this](int scanID) { return CheckFrameID(scanID); })) {
@@ -21,9 +24,15 @@ int CStreamParseBase::ParseData(CLogicData* logicData, IFrameCallBack* frameCall
         bGoOn = TakeFrame(*logicData, slider);
     }
     OnOneParseOver();
+    // What was found out about the frame at the front holds for as long as it waits.
+    const int nSearchedLen = std::max(nWaitPos == 0 ? logicData->GetSearchedLen() : 0, m_nSearchedLen);
     const int nResult = logicData->SetCurParseIndex(bGoOn ? slider.KeepPos() : nWaitPos);
-    if (bGoOn && nResult == KX_SUCCESS)
+    if (nResult != KX_SUCCESS)
+        return nResult;
+    if (bGoOn)
         logicData->SetTakenLen(slider.TakenLen());
+    else
+        logicData->SetSearchedLen(nSearchedLen);
     return nResult;
 }
 
@@ -83,10 +92,20 @@ bool CStreamParseBase::GetActualFrameLength(CLogicData* logicData, int frameStar
 {
     CWordSlider slider(*logicData, logicData->Size());
     slider.Restart(int64_t{frameStartPos} + 3);
-    if (!slider.SlideTo([this](int scanID) { return IsBorderID(scanID); }))
+    if (!SlideToBorder(*logicData, frameStartPos, slider))
         return false;
     SetActualFrameLength(frameStartPos, static_cast<int>(slider.Word()), static_cast<int>(slider.Pos()), frame);
     return true;
+}
+
+bool CStreamParseBase::SlideToBorder(CLogicData& logicData, int nFramePos, CWordSlider& slider)
+{
+    if (nFramePos == 0)
+        slider.GoOnBehind(logicData.GetSearchedLen());
+    if (slider.SlideTo([this](int scanID) { return IsBorderID(scanID); }))
+        return true;
+    m_nSearchedLen = CWordSlider::ToIndex(int64_t{logicData.Size()} - nFramePos);
+    return false;
 }
 
 bool CStreamParseBase::ParseFrameTime(CLogicData* logicData, int64_t& nTime)

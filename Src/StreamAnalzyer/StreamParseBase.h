@@ -62,6 +62,10 @@ public:
     virtual bool GetFrameType(CLogicData*, int, int&, int&) { return false; }
 
 protected:
+    // Slides on to the border that ends the frame at nFramePos. False at the window's end; then the next cycle's search
+    // for the end of the same frame goes on where this one stopped.
+    bool SlideToBorder(CLogicData& logicData, int nFramePos, CWordSlider& slider);
+
     bool IsEndTimeMode() const { return UseOfCallBack() == CALLBACK_USE_BASE_END_TIME; }
     CALLBACK_USE UseOfCallBack() const
     {
@@ -79,6 +83,8 @@ protected:
 private:
     bool TakeFrame(CLogicData& logicData, CWordSlider& slider);
     void NoteKeyFrame(const VIDEO_KEY_FRAME_INFO& info);
+
+    int m_nSearchedLen = 0; // of the frame that waits, see CLogicData
 };
 
 } // namespace Marvane::FrameSift

@@ -50,6 +50,17 @@ public:
         m_nWord = nWord;
     }
 
+    // Goes on behind the window's first nLen bytes as if it had slid through them.
+    void GoOnBehind(int64_t nLen)
+    {
+        if (nLen - 5 < m_nPos) // the word must hold none of what it started with
+            return;
+        for (int64_t nPos = nLen - 4; nPos < nLen; ++nPos)
+            m_nWord = m_nWord << 8 | m_logicData.GetByte(static_cast<int>(nPos));
+        m_nPos = nLen - 1;
+        m_nLastOutside = m_nPos;
+    }
+
     uint32_t Word() const { return m_nWord; }
     // Index of the word's last byte; after a match it fits an index.
     int64_t Pos() const { return m_nPos; }

@@ -184,7 +184,7 @@ TEST(FileCalls, WhatCannotBeParsed)
         {fifo, 0, 0, 0, 11},       {"tvf://host/file", 8, 8, 0, 11},
         {"", 0, 0, 0, 11},         {"/dev/zero", 0, 0, 0, 11},
         {empty, 0, 0, 15, 2},      {unknown, 0, 0, 15, 2},
-        {known, 1, 1, 0, 2},       {known, 99, 99, 0, 2},
+        {known, 2, 2, 0, 2},       {known, 99, 99, 0, 2},
         {known, -5, -5, 0, 2},     {empty, 8, 8, 0, 0},
     };
     for (const auto& [path, nGiven, nAnswered, nStored, nResult] : rows) {

@@ -89,15 +89,6 @@ TEST_F(StreamCalls, TheTypeIsUnknownUntilItShows)
     EXPECT_EQ(KX_GetLastError(handle), KX_ERROR_UNGET_STREAM_TYPE); // a later success does not clear it
 }
 
-TEST_F(StreamCalls, AStreamOfAKnownFormatWithoutParserSaysSo)
-{
-    EXPECT_EQ(Feed(Bytes{0, 0, 1, 0xFD} + Filler(100)), KX_ERROR_STREAM_NOSUPPORT);
-    EXPECT_EQ(Feed(ZoavFrame().Payload(Filler(40))), KX_ERROR_STREAM_NOSUPPORT); // the type stays
-    int32_t nType = 0;
-    KX_GetStreamType(handle, &nType);
-    EXPECT_EQ(nType, KX_STREAM_TYPE_OLD);
-}
-
 TEST_F(StreamCalls, FramesNotFetchedAreGone)
 {
     EXPECT_EQ(Feed(ZoavFrame().Seq(1).Payload(Filler(40)) + ZoavFrame().Seq(2).Payload(Filler(40))), KX_SUCCESS);

@@ -2,6 +2,8 @@
 
 #include <limits>
 
+#include "Support/RandomStream.h"
+#include "Support/Sift.h"
 #include "Support/Testing.h"
 #include "framesift/result.h"
 
@@ -132,6 +134,46 @@ TEST_F(LogicDataSeam, AShortValueIsBigEndian)
     EXPECT_TRUE(data.GetShortValue(9, nValue)); // across the seam
     EXPECT_EQ(nValue, 0x090A);
     EXPECT_FALSE(data.GetShortValue(29, nValue));
+}
+
+// Whatever is pulled together, kept and consumed: the window reads as the stream does, what was handed out stays readable
+// for the cycle, and the bytes of a chunk are not looked at behind it.
+TEST(LogicData, ReadsAsTheStreamHoweverItIsKept)
+{
+    struct HANDED_OUT
+    {
+        const uint8_t* pBytes;
+        size_t nPos;
+        size_t nLen;
+    };
+    for (uint32_t nSeed = 1; nSeed <= 20; ++nSeed) {
+        std::mt19937 random(nSeed);
+        const Bytes stream = RandomBytes(random, 400000);
+        CLogicData window;
+        size_t nFront = 0;
+        size_t nFed = 0;
+        InChunks(stream, RandomChunks(nSeed, nSeed % 2 == 0 ? 40000 : 700), [&](Bytes& chunk) {
+            ASSERT_EQ(Join(window, chunk), KX_SUCCESS);
+            nFed += chunk.size();
+            const size_t nSize = nFed - nFront;
+            ASSERT_EQ(window.Size(), nSize);
+            std::vector<HANDED_OUT> handedOut;
+            for (size_t n = 0; n < random() % 4; ++n) {
+                const size_t nPos = random() % nSize;
+                const size_t nLen = random() % (nSize - nPos + 1);
+                handedOut.push_back({window.GetData(static_cast<int>(nPos), static_cast<int>(nLen)), nPos, nLen});
+            }
+            const size_t nKeep = random() % 3 != 0 ? 0 : random() % (nSize + 1);
+            ASSERT_EQ(window.SetCurParseIndex(static_cast<int>(nKeep)), KX_SUCCESS);
+            for (const HANDED_OUT& one : handedOut)
+                ASSERT_TRUE(std::equal(one.pBytes, one.pBytes + one.nLen, stream.data() + nFront + one.nPos));
+            uint8_t* pKept = nullptr;
+            int nKept = 0;
+            window.GetRemainData(&pKept, &nKept);
+            nFront += nKeep;
+            ASSERT_EQ(Bytes(pKept, pKept + nKept), Part(stream, nFront, nFed - nFront));
+        });
+    }
 }
 
 } // namespace Marvane::FrameSift

@@ -132,20 +132,23 @@ inline std::vector<PLACED_FRAME> ReadToEnd(CFileParseBase& parser)
 }
 
 // A recording behind its full pass.
-class ParsedRecording
+template <class Parser>
+class ParsedRecordingOf
 {
 public:
-    explicit ParsedRecording(const Bytes& bytes) : file(bytes)
+    explicit ParsedRecordingOf(const Bytes& bytes) : file(bytes)
     {
         IFileManipPtr passFile = file.Open();
         nResult = parser.ParseFile(passFile, &collector);
     }
 
     RecordingFile file;
-    CZOAVFile parser;
+    Parser parser;
     CIndexCollector collector;
     int nResult = -1;
 };
+
+using ParsedRecording = ParsedRecordingOf<CZOAVFile>;
 
 } // namespace Marvane::FrameSift
 

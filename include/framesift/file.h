@@ -50,7 +50,10 @@ extern "C" {
 /** Where KX_FileSeekByOffset goes. */
 typedef enum KX_SEEK_TYPE
 {
-    /** To the last key frame whose head, of 24 bytes, lies in front of the offset. */
+    /**
+     * To the last key frame whose head, of 24 bytes, lies in front of the offset. In the older formats and in raw MPEG-4
+     * no key frame is searched for: to the offset itself.
+     */
     KX_SEEK_I_FRAME = 0,
     /** To the offset itself, whatever stands there. */
     KX_SEEK_PRECISE_OFFSET = 1
@@ -102,7 +105,7 @@ FRAMESIFT_API void* KX_CreateFileHandle(int nType, const char* file);
  *                   every other call on the handle have returned.
  * @retval KX_SUCCESS                    the pass has begun.
  * @retval KX_ERROR_INVALID_HANDLE       not a live file handle.
- * @retval KX_ERROR_FILE_TYPE_NOSUPPORT  the type is not one of those that can be parsed (8, 195, 196, 197), or the file
+ * @retval KX_ERROR_FILE_TYPE_NOSUPPORT  the type is not one of those that can be parsed (1, 8, 194 to 197), or the file
  *                                       does not show any: an empty file, or bytes of no known format; also without
  *                                       memory for the parser.
  * @retval KX_ERROR_THREAD_CREATE_FAILED the system gives no thread, or the caller is a callback of this handle.

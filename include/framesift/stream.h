@@ -86,11 +86,14 @@ FRAMESIFT_API int KX_GetParseType(int32_t streamType, int32_t* parseType);
  *
  * Frames of the call before that were not fetched are dropped, whatever this call answers. A frame that is not complete
  * yet waits for the next calls, however many; meanwhile the handle keeps its bytes, below 20 MiB for one ZOAV frame.
- * Rubbish between frames is stepped over.
+ * Rubbish between frames is stepped over. In the older formats (KX_STREAM_TYPE_OLD) and in raw MPEG-4 only the start of
+ * the next frame ends a frame: the last one of a stream waits for ever.
  * @param handle  from KX_CreateFrameSift.
  * @param stream  first byte; borrowed, not copied. Leave the bytes in place and unchanged until you are done with the
- *                frames of this call, at most until the next KX_ParseData or KX_Destroy on this handle. Not const,
- *                because a frame that is deciphered is rewritten in place.
+ *                frames of this call, at most until the next KX_ParseData or KX_Destroy on this handle. Not const:
+ *                this call writes into them. A ZOAV frame that is deciphered is rewritten in place, with a mark in its
+ *                head. In the older formats (KX_STREAM_TYPE_OLD) a length of a New frame that uses more than its 24 bits
+ *                loses the top byte, and a sample rate code of audio that stands for no rate becomes 0.
  * @param length  in bytes, 1 to INT32_MAX; frames may start and end anywhere in them.
  * @retval KX_SUCCESS                     parsed; there may be no frame yet.
  * @retval KX_ERROR_INVALID_HANDLE        not a live stream handle.

@@ -6,14 +6,17 @@
 #define FRAMESIFT_STREAM_TYPES_H
 
 /**
- * Stream formats. The list is that of a whole family of products; this library detects 8, 194, 195, 196 and 197 and
- * parses 8, 195, 196 and 197.
+ * Stream formats. The list is that of a whole family of products; this library detects and parses 8, 194, 195, 196
+ * and 197, and parses 1 in a file whose handle is made with that type.
  */
 typedef enum KX_STREAM_TYPE
 {
     /** Not known yet. */
     KX_STREAM_TYPE_UNKNOWN = 0,
-    /** Raw MPEG-4 Visual, ISO/IEC 14496-2. Its parser is still to come. */
+    /**
+     * Raw MPEG-4 Visual, ISO/IEC 14496-2, audio of the older formats in between. Never detected: give it to
+     * KX_CreateFileHandle. The frames bear KX_STREAM_TYPE_RAW_MPEG4.
+     */
     KX_STREAM_TYPE_MPEG4 = 1,
     /** An older format of the ZOAV family; detected as KX_STREAM_TYPE_OLD. */
     KX_STREAM_TYPE_ZOPT = 3,
@@ -147,7 +150,12 @@ typedef enum KX_STREAM_TYPE
     KX_STREAM_TYPE_NEW_EX = 192,
     /** An older format of the ZOAV family; detected as KX_STREAM_TYPE_OLD. */
     KX_STREAM_TYPE_NEW_EX1 = 193,
-    /** One of the older formats of the ZOAV family. Detected; its parser is still to come. */
+    /**
+     * One of the older formats of the ZOAV family: New (three forms of heads), HB, ZOPT, or audio alone. Detected and
+     * parsed; which of them it is shows with the first video. A recording of HB, or of audio alone with heads of 16 bytes,
+     * is not indexed and cannot be read as a file: its pass ends at the first frame, with the end mark. Read such a file
+     * as a stream.
+     */
     KX_STREAM_TYPE_OLD = 194,
     /** ZOAV frames, magic "MYAV". Detected and parsed. */
     KX_STREAM_TYPE_STD_MY = 195,

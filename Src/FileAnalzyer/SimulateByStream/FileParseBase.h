@@ -49,6 +49,8 @@ public:
     int SeekByTime(uint32_t nTime) override;
     int SeekByFileOffset(int64_t fileOffset, int seekType) override;
 
+    int GetInnerType() override { return m_pFrameSift != nullptr ? m_pFrameSift->GetType() : 0; }
+
     int OnFrame(FrameInfo* frameInfo, ExtZOAVIFrameInfo* frameInfoEx, void* userData) override;
     virtual void CalcDuration(KX_FILE_INFO& stFileInfo);
     // The time of a frame, in milliseconds on the clock of the summary.
@@ -57,6 +59,11 @@ public:
     virtual std::unique_ptr<IStreamAnalzyer> CreateStreamObj() { return nullptr; }
 
 protected:
+    // What the index refuses is not reported either.
+    int IndexFrame(KX_INDEX_INFO& index, FrameInfo* frameInfo, ExtZOAVIFrameInfo* frameInfoEx);
+    IIndexCallBack* IndexCallBack() const { return m_pIndexCallBack; }
+    int64_t SliceStartPos() const { return m_nSliceStartPos; }
+
     bool IsStopped() const { return m_bStopParse.load(std::memory_order_relaxed); }
     int FindInIndex(KX_INDEX_INFO* indexInfo, FrameInfo* frameInfo, ExtZOAVIFrameInfo* frameInfoEx);
     int TakeFrameBytes(const KX_INDEX_INFO& indexInfo, int32_t nFrameLen, std::unique_ptr<uint8_t[]>& pBytes,

@@ -51,15 +51,19 @@ void CFileParseBase::ParseFileInfo(const FrameInfo& frameInfo)
         m_FileInfo.duration += static_cast<uint32_t>(1000 / m_nFrameRate);
 }
 
+int CFileParseBase::IndexFrame(KX_INDEX_INFO& index, FrameInfo* frameInfo, ExtZOAVIFrameInfo* frameInfoEx)
+{
+    const int nResult = m_IndexList.InputFrame(&index, frameInfo, frameInfoEx);
+    m_bFrameLost = m_bFrameLost || nResult == KX_ERROR_SYSTEM_OUT_OF_MEMORY;
+    return nResult;
+}
+
 int CFileParseBase::OnFrameCommon(FrameInfo* frameInfo, ExtZOAVIFrameInfo* frameInfoEx)
 {
     KX_INDEX_INFO index = IndexOf(m_logicData, m_nSliceStartPos);
     ParseFileInfo(*frameInfo);
-    // What the index refuses is not reported either.
-    if (const int nResult = m_IndexList.InputFrame(&index, frameInfo, frameInfoEx); nResult != KX_SUCCESS) {
-        m_bFrameLost = m_bFrameLost || nResult == KX_ERROR_SYSTEM_OUT_OF_MEMORY;
+    if (const int nResult = IndexFrame(index, frameInfo, frameInfoEx); nResult != KX_SUCCESS)
         return nResult;
-    }
     if (m_pIndexCallBack == nullptr)
         return KX_SUCCESS;
     // Behind InputFrame: the index keeps the cipher, as the bytes in the file keep it.

@@ -15,13 +15,6 @@ namespace {
 constexpr auto sc_sourcePath = "Src/FileAnalzyer/SimulateByStream/ZOAVFile";
 constexpr int32_t sc_extLenPos = 22; // of a frame head, where the length of all extension heads stands
 
-std::unique_ptr<IStreamAnalzyer> MakeStream()
-{
-    std::unique_ptr<IStreamAnalzyer> pStream;
-    (void)TryAlloc([&pStream] { pStream = std::make_unique<CZOAVStream>(); });
-    return pStream;
-}
-
 bool IsAes256(int32_t nEncryptType)
 {
     return nEncryptType == KX_ENCRYPT_AES256 || nEncryptType == KX_ENCRYPT_AES256_GDPR2;
@@ -63,11 +56,11 @@ int64_t SubHeadLen(const FrameInfo& frame)
 
 } // namespace
 
-CZOAVFile::CZOAVFile() : CFileParseBase(MakeStream()) {}
+CZOAVFile::CZOAVFile() : CFileParseBase(TryMake<CZOAVStream>()) {}
 
 std::unique_ptr<IStreamAnalzyer> CZOAVFile::CreateStreamObj()
 {
-    return MakeStream();
+    return TryMake<CZOAVStream>();
 }
 
 int CZOAVFile::SetExtInfo(uint32_t type, unsigned char* key, int keylen)

@@ -1,6 +1,7 @@
 // What the frames between two key frames take from the first of them.
 #include "Memory/TryAlloc.h"
 #include "StreamAnalzyer/ZOSTD/ZOAVStream.h"
+#include "Tools/FrameHelper.h"
 
 namespace Marvane::FrameSift {
 

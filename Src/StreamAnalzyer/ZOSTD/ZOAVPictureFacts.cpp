@@ -1,11 +1,12 @@
 // What the payload of a key frame says of its picture.
 #include <algorithm>
-#include <cstring>
 
 #include "ESParse/H264ESParser.h"
 #include "ESParse/H265ESParser.h"
 #include "ESParse/JPEGFrameParser.h"
+#include "ESParse/MPEG4ESParser.h"
 #include "StreamAnalzyer/ZOSTD/ZOAVStream.h"
+#include "Tools/FrameHelper.h"
 
 namespace Marvane::FrameSift {
 
@@ -26,16 +27,30 @@ uint32_t PayloadLen(const FrameInfo& frame)
     return static_cast<uint32_t>(std::max(int32_t{frame.streamLen}, 0));
 }
 
+// Of codecs that do not crop.
+void TakePlainSize(uint32_t nWidth, uint32_t nHeight, FrameInfo& frame)
+{
+    if (!IsValidSize(nWidth, nHeight))
+        return;
+    frame.width = static_cast<int32_t>(nWidth);
+    frame.height = static_cast<int32_t>(nHeight);
+    frame.cropBeforeWidth = frame.width;
+    frame.cropBeforeHeight = frame.height;
+}
+
+void TakeMpeg4Facts(FrameInfo& frame)
+{
+    MPEG4_INFO info;
+    if (CMPEG4ESParser::GetPicSize(frame.streamPointer, PayloadLen(frame), info))
+        TakePlainSize(info.nWidth, info.nHeight, frame);
+}
+
 void TakeJpegFacts(FrameInfo& frame)
 {
     JPEGInfo info{};
     CJPEGESParser parser;
-    if (!parser.GetPicSize(frame.streamPointer, PayloadLen(frame), info) || !IsValidSize(info.width, info.height))
-        return;
-    frame.width = static_cast<int32_t>(info.width);
-    frame.height = static_cast<int32_t>(info.height);
-    frame.cropBeforeWidth = frame.width;
-    frame.cropBeforeHeight = frame.height;
+    if (parser.GetPicSize(frame.streamPointer, PayloadLen(frame), info))
+        TakePlainSize(info.width, info.height, frame);
 }
 
 void TakeSize(const FrameInfo& from, FrameInfo& to)
@@ -48,19 +63,6 @@ void TakeSize(const FrameInfo& from, FrameInfo& to)
 }
 
 } // namespace
-
-void TakeColour(const FrameInfo& from, FrameInfo& to)
-{
-    to.nColorPrimaries = from.nColorPrimaries;
-    to.nColorTransfer = from.nColorTransfer;
-    to.nColorSpace = from.nColorSpace;
-    to.nMaxLuminance = from.nMaxLuminance;
-    to.nMinLuminance = from.nMinLuminance;
-    to.nMaxContentLightLevel = from.nMaxContentLightLevel;
-    to.nMaxFrameAverageLightLevel = from.nMaxFrameAverageLightLevel;
-    std::memcpy(to.nDisplayPrimaries, from.nDisplayPrimaries, sizeof to.nDisplayPrimaries);
-    std::memcpy(to.nWhitePoint, from.nWhitePoint, sizeof to.nWhitePoint);
-}
 
 void CZOAVStream::FrameVideoInfoVerify(FrameInfo& frame, const ExtZOAVIFrameInfo& ext)
 {
@@ -79,6 +81,9 @@ void CZOAVStream::FrameVideoInfoVerify(FrameInfo& frame, const ExtZOAVIFrameInfo
         break;
     case KX_ENCODE_VIDEO_ZO_H265:
         TakeH265Facts(frame);
+        break;
+    case KX_ENCODE_VIDEO_MPEG4:
+        TakeMpeg4Facts(frame);
         break;
     case KX_ENCODE_VIDEO_JPEG:
         TakeJpegFacts(frame);

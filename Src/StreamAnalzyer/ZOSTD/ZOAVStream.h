@@ -107,9 +107,6 @@ void ParseStdFrameHead(const STD_FRAME_HEAD& frameHead, FrameInfo& frameInfo);
 // window, by its place in the frame.
 void StripPayloadPrefix(FrameInfo& frame);
 
-// Copies what a picture's payload tells of colour and luminance.
-void TakeColour(const FrameInfo& from, FrameInfo& to);
-
 } // namespace Marvane::FrameSift
 
 #endif

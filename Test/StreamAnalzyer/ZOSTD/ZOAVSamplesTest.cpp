@@ -70,8 +70,8 @@ Size KeySize(const std::string& folder, const json& facts, const json& unit)
             std::ranges::count(unit["nals"].get<std::vector<int>>(), 33) > 0 && facts["first_slice_offset"] < 4096;
         return bSet ? plain : sc_asAnnounced;
     }
-    // Frame heads of arithmetic coding are not read, nor the payloads of MPEG-4 and MPEG-2: the announced size stands.
-    const bool bRead = folder == "jpeg" && facts["sof_marker"] != "SOF9";
+    // Frame heads of arithmetic coding are not read, nor the payloads of MPEG-2: the announced size stands.
+    const bool bRead = folder == "mpeg4" || (folder == "jpeg" && facts["sof_marker"] != "SOF9");
     return bRead ? Size{facts["width"], facts["height"], facts["width"], facts["height"]} : sc_asAnnounced;
 }
 
