@@ -46,7 +46,8 @@ struct CASE
     const char* pName;
     int nType;
     std::function<Bytes(const Bytes& payload)> frameOf;
-    size_t nPayload; // of each frame
+    size_t nPayload;  // of each frame
+    Bytes front = {}; // what lets the format be known
     Bytes stream = {};
 };
 
@@ -64,15 +65,17 @@ Bytes Picture(size_t nSize)
 
 void Fill(CASE& row)
 {
-    const Bytes frame = row.frameOf(Picture(row.nPayload));
-    while (row.stream.size() < sc_streamSize)
+    const Bytes picture = Picture(row.nPayload);
+    row.stream = row.front;
+    while (row.stream.size() < sc_streamSize) {
+        const Bytes frame = row.frameOf(picture);
         row.stream.insert(row.stream.end(), frame.begin(), frame.end());
+    }
     row.stream = row.stream + LegacyEndMark() + Bytes(128, 0x11);
 }
 
-Bytes HbBlocks(const Bytes& payload)
+Bytes HbBlocks(const Bytes& payload, uint32_t& nBlockSeq)
 {
-    static uint32_t nBlockSeq = 0;
     Bytes blocks;
     for (size_t nPos = 0; nPos < payload.size(); nPos += gsk_hbBlockPayload)
         blocks = blocks + HbBlock({}, ++nBlockSeq, std::span(payload).subspan(nPos));
@@ -86,12 +89,17 @@ std::vector<CASE> Cases()
         return NewKeyFrame(NEW_HEADS::New, {}, Picture(40)) + NewDataFrame(1, payload);
     };
     const auto bare = [](const Bytes& payload) { return payload; };
+    const auto hbBlocks = [nBlockSeq = uint32_t{0}](const Bytes& payload) mutable {
+        return HbBlocks(payload, nBlockSeq);
+    };
+    // A ZOPT head is judged by what one chunk holds: the first frames are short.
+    const Bytes zoptFront = ZoptFrame(Picture(9)) + ZoptFrame(Picture(9)) + ZoptFrame(Picture(9));
     const auto audio = [](const Bytes& payload) { return OldAudioFrame(14, 2, payload); };
     return {{"New_14_KiB", KX_STREAM_TYPE_OLD, newFrame, 14000},
             {"New_data_14_KiB", KX_STREAM_TYPE_OLD, dataFrame, 14000},
             {"New_data_8_MiB", KX_STREAM_TYPE_OLD, dataFrame, size_t{8} << 20},
-            {"Zopt_14_KiB", KX_STREAM_TYPE_OLD, &ZoptFrame, 14000},
-            {"Hb_14_KiB", KX_STREAM_TYPE_OLD, &HbBlocks, 14000},
+            {"Zopt_14_KiB", KX_STREAM_TYPE_OLD, &ZoptFrame, 14000, zoptFront},
+            {"Hb_14_KiB", KX_STREAM_TYPE_OLD, hbBlocks, 14000},
             {"RawMpeg4_14_KiB", KX_STREAM_TYPE_MPEG4, bare, 14000},
             {"RawMpeg4_8_MiB", KX_STREAM_TYPE_MPEG4, bare, size_t{8} << 20},
             {"PureAudio_320", KX_STREAM_TYPE_OLD, audio, 320}};

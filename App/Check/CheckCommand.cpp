@@ -2,6 +2,7 @@
 
 #include "Check/ReportJson.h"
 #include "Check/ReportText.h"
+#include "Frames/TypeOption.h"
 #include "Io/ErrorOutput.h"
 #include "Keys/KeyOption.h"
 #include <algorithm>
@@ -27,6 +28,10 @@ constexpr const char* sc_example =
     "or without; with --key it is also tried whether enciphered frames decipher, and their watermarks are checked.\n"
     "Nothing proves a key: that no deciphered key frame begins like a picture tells of a wrong one.\n"
     "Times are those of the recording's own clock.\n"
+    "The older formats have no sums and no numbers: only a frame whose end no other one vouches for shows as damage, "
+    "and "
+    "the\n"
+    "last one is not whole unless the first bytes of another follow. hb cannot be checked.\n"
     "Exit codes: 0 clean, 1 damaged, 2 wrong usage, 3 cannot read or write, 4 no recording (an empty file is none);\n"
     "of several files the highest.";
 
@@ -59,6 +64,7 @@ CCheckCommand::CCheckCommand(CLI::App& app)
     m_pVerb->add_option("FILE", m_paths, "The recordings; - is standard input")->required();
     m_pVerb->add_flag("--json", m_bJson, "One JSON object for all files");
     AddKeyOption(*m_pVerb, m_options.key);
+    AddTypeOption(*m_pVerb, m_options.nType);
     m_pVerb
         ->add_option("--max-findings", m_maxFindings,
                      "List so many findings of each kind and file (default 20, with --json 1000); the totals count all")

@@ -19,6 +19,7 @@ struct CLOCK_LIMITS
 struct CHECK_OPTIONS
 {
     std::vector<uint8_t> key; // AES; may be empty
+    int32_t nType = 0;        // KX_STREAM_TYPE_*; 0: to be found out
     CLOCK_LIMITS clock;
     uint64_t nMaxFindings = 1000;        // of each kind
     size_t nChunk = size_t{1024} * 1024; // bytes read at a time

@@ -38,6 +38,9 @@ const char* FindingName(FINDING_KIND eKind);
 // Whether a recording with such a finding is damaged. The other kinds are worth a look and no more.
 bool IsDamage(FINDING_KIND eKind);
 
+// Of the older formats, where only the ID of a next frame ends one; no block of another kind is as short.
+inline constexpr uint64_t gsk_endMarkSize = 4;
+
 // Enough of a frame to find it again.
 struct FRAME_MARK
 {
@@ -69,6 +72,7 @@ struct FINDING
     int32_t nLostType = KX_FRAME_TYPE_UNKNOWN;    // and their kind; unknown if all kinds are numbered together
     STRETCH_CONTENTS contents = {};               // of a stretch
     uint32_t nAnnounced = 0;                      // of an unfinished frame: its whole length; 0 if that is lost too
+    bool bOpenEnd = false;                        // of an unfinished frame: only a next frame would end it
     int32_t nErrorFlags = KX_ERROR_FLAGS_NOERROR; // of a damaged frame
     CLOCK_MS nJump = 0;                           // of a clock jump: from the frame before to the one after
 };
@@ -111,7 +115,8 @@ struct CHECK_REPORT
     std::string error;
     EXIT_CODE eCode = EXIT_CODE::Done;
     int32_t nStreamType = KX_STREAM_TYPE_UNKNOWN;
-    std::string sha256; // empty if the file could not be read to its end
+    int32_t nInnerType = KX_STREAM_TYPE_UNKNOWN; // which of the older formats it is
+    std::string sha256;                          // empty if the file could not be read to its end
 
     uint64_t nBytes = 0;
     uint64_t nGoodBytes = 0;

@@ -31,7 +31,11 @@ class CFileCheck
 {
 public:
     CFileCheck(const CHECK_OPTIONS& options, CHECK_REPORT& report)
-        : m_report(report), m_account(report, options), m_chunk(options.nChunk)
+        : m_report(report),
+          m_account(report, options),
+          m_chunk(options.nChunk),
+          m_source(options.nType),
+          m_bFixedType(options.nType != KX_STREAM_TYPE_UNKNOWN)
     {}
 
     void ReadAll(CInputFile& input)
@@ -44,6 +48,8 @@ public:
             TakeChunk(chunk);
             progress.Update(m_report.nBytes);
         }
+        Judge(m_source.Flush());
+        TakeRecords();
         m_report.sha256 = m_sha256.TakeHex();
     }
 
@@ -51,12 +57,13 @@ public:
     void Finish()
     {
         m_report.nStreamType = m_source.StreamType();
+        m_report.nInnerType = m_source.InnerType();
         const std::string whyNoRecording = WhyNoRecording();
         if (whyNoRecording.empty()) {
             ScanTail();
             m_account.Finish();
         } else {
-            m_report.nOutsideBytes = m_report.nBytes;
+            m_report.nOutsideBytes = m_report.nBytes - m_report.nGoodBytes - m_report.nDamagedBytes;
         }
         if (m_report.BytesInParts() != m_report.nBytes)
             throw std::logic_error("the parts of " + m_report.name + " do not add up to its size");
@@ -85,15 +92,28 @@ private:
 
     void TakeChunk(std::span<uint8_t> chunk)
     {
-        const int nResult = m_source.Feed(chunk);
-        if (nResult == KX_ERROR_SYSTEM_OUT_OF_MEMORY)
-            throw std::bad_alloc();
-        m_bSupported = nResult != KX_ERROR_STREAM_NOSUPPORT;
-        for (LISTED_FRAME listed; m_source.Next(listed);)
-            TakeRecord(listed.parsed, listed.nFrameOffset);
+        Judge(m_source.Feed(chunk));
+        TakeRecords();
         if (m_block && BlockEnd() <= m_report.nBytes)
             TakeBlock();
         m_tail.Keep(chunk, std::max(m_report.nBytes - OpenFrom(), sc_leastTail));
+    }
+
+    void Judge(int nResult)
+    {
+        if (nResult == KX_ERROR_SYSTEM_OUT_OF_MEMORY)
+            throw std::bad_alloc();
+        m_bSupported = m_bSupported && nResult != KX_ERROR_STREAM_NOSUPPORT;
+    }
+
+    void TakeRecords()
+    {
+        for (LISTED_FRAME listed; m_source.Next(listed);) {
+            m_bAnyFrame = true;
+            // Frames that are put together from blocks stand nowhere, and their lengths account for no bytes.
+            if (listed.nInnerType != KX_STREAM_TYPE_HB)
+                TakeRecord(listed.parsed, listed.nFrameOffset);
+        }
     }
 
     // A block is stepped over before it has come whole. It counts when it has: until then it is as good as unfinished.
@@ -127,8 +147,13 @@ private:
 
     void ScanTail()
     {
-        if (!IsZoavFamily(m_report.nStreamType) || m_report.nBytes == 0)
+        if (m_report.nBytes == 0)
             return;
+        if (!IsZoavFamily(m_report.nStreamType)) {
+            if (const uint64_t nTail = m_source.UnfinishedBytes())
+                m_account.TakeOldTail(static_cast<int64_t>(m_report.nBytes - nTail), nTail);
+            return;
+        }
         const uint64_t nLeast = m_report.nBytes - std::min(m_report.nBytes, sc_leastTail);
         const uint64_t nFrom = std::max(std::min(OpenFrom(), nLeast), static_cast<uint64_t>(m_account.End()));
         CTailScan().Scan(m_tail.TakeLast(m_report.nBytes - nFrom), static_cast<int64_t>(nFrom), m_account);
@@ -143,6 +168,13 @@ private:
         if (!m_bSupported)
             return "it is a stream of type " + StreamTypeName(m_report.nStreamType) + " (" +
                    std::to_string(m_report.nStreamType) + "), which is not supported";
+        if (m_source.InnerType() == KX_STREAM_TYPE_HB)
+            return "it is a recording of hb, whose pictures are put together from blocks: nothing accounts for its "
+                   "bytes; "
+                   "\"framesift info\" tells what is in it";
+        if (m_bFixedType && !m_bAnyFrame)
+            return "no frame of a stream of type " + StreamTypeName(m_report.nStreamType) + " (" +
+                   std::to_string(m_report.nStreamType) + ") in " + std::to_string(m_report.nBytes) + " bytes";
         return {};
     }
 
@@ -156,9 +188,11 @@ private:
     CFrameAccount m_account;
     std::vector<uint8_t> m_chunk;
     CFrameSource m_source; // has no key: sums are of the bytes as they stand
+    bool m_bFixedType;
     CSha256 m_sha256;
     CByteTail m_tail;
     std::optional<OPEN_BLOCK> m_block;
+    bool m_bAnyFrame = false;
     bool m_bSupported = true;
 };
 

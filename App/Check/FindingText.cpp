@@ -88,6 +88,8 @@ std::string DamageText(int32_t nErrorFlags)
 std::string UnfinishedText(const FINDING& finding)
 {
     const std::string last = finding.before ? "; the last whole one is " + MarkText(*finding.before) : "";
+    if (finding.bOpenEnd)
+        return fmt::format("{} that only a next frame would show to be whole{}", Counted(finding.nBytes, "byte"), last);
     if (finding.nAnnounced == 0)
         return fmt::format("the file ends inside the head of a frame, of which {} are there{}",
                            Counted(finding.nBytes, "byte"), last);
@@ -127,6 +129,8 @@ std::string FindingText(const FINDING& finding)
         return fmt::format("{} in no frame{}, {}", Counted(finding.nBytes, "byte"), ContentsText(finding.contents),
                            NeighboursText(finding));
     case FINDING_KIND::Blocks:
+        if (finding.nBytes == gsk_endMarkSize)
+            return fmt::format("{} that only end the frame in front", Counted(finding.nBytes, "byte"));
         return fmt::format("{} in blocks of another kind, {}", Counted(finding.nBytes, "byte"),
                            NeighboursText(finding));
     case FINDING_KIND::Unfinished:

@@ -21,6 +21,21 @@ bool IsFrame(const FrameInfo& frame)
     return frame.errorFlags != KX_ERROR_FLAGS_LOST_HEADER && frame.frameLen > sc_magicSize;
 }
 
+// In the older formats the parser counts the frames itself, and there are no sums.
+bool HasNumberAndSums(const FrameInfo& frame)
+{
+    switch (frame.streamType) {
+    case KX_STREAM_TYPE_ZOPT:
+    case KX_STREAM_TYPE_NEW:
+    case KX_STREAM_TYPE_HB:
+    case KX_STREAM_TYPE_AUDIO:
+    case KX_STREAM_TYPE_RAW_MPEG4:
+        return false;
+    default:
+        return true;
+    }
+}
+
 FRAME_MARK MarkOf(const FrameInfo& frame, int64_t nOffset)
 {
     return {nOffset, frame.frameType, frame.frameSubType, static_cast<uint32_t>(frame.frameSeq),
@@ -74,7 +89,8 @@ void CFrameAccount::TakeFrame(const FrameInfo& frame, const FRAME_MARK& mark)
     else
         TakeDamaged(frame, mark, nErrorFlags);
     if (IsHeadGood(nErrorFlags)) {
-        m_numbers.Follow(frame, mark);
+        if (HasNumberAndSums(frame))
+            m_numbers.Follow(frame, mark);
         if (const auto finding = m_clock.Follow(frame, mark))
             m_report.findings.Add(*finding);
     }
@@ -102,6 +118,14 @@ void CFrameAccount::TakeWaiting(const UNFINISHED_FRAME& waiting)
     ++m_contents.nHeads;
 }
 
+void CFrameAccount::TakeOldTail(int64_t nOffset, uint64_t nBytes)
+{
+    if (nBytes != gsk_endMarkSize)
+        return TakeWaiting({.nOffset = nOffset, .bOpenEnd = true});
+    ++m_contents.nBlocks;
+    m_nBlocksEnd += nOffset == m_nBlocksEnd ? static_cast<int64_t>(gsk_endMarkSize) : 0;
+}
+
 // Answers the frame's error, that of deciphering it included.
 int32_t CFrameAccount::JudgeCipher(const FrameInfo& frame, const FRAME_MARK& mark)
 {
@@ -127,7 +151,8 @@ void CFrameAccount::TakeGood(const FrameInfo& frame, const FRAME_MARK& mark)
     m_report.nGoodBytes += static_cast<uint64_t>(frame.frameLen);
     TakeTime(mark.time, m_report);
     m_start.Follow(mark);
-    m_sums.Follow(frame, mark);
+    if (HasNumberAndSums(frame))
+        m_sums.Follow(frame, mark);
 }
 
 void CFrameAccount::TakeDamaged(const FrameInfo& frame, const FRAME_MARK& mark, int32_t nErrorFlags)
@@ -183,7 +208,8 @@ void CFrameAccount::TellUnfinished(const UNFINISHED_FRAME& unfinished)
                            .nOffset = unfinished.nOffset,
                            .nBytes = m_report.nUnfinishedBytes,
                            .before = m_last,
-                           .nAnnounced = unfinished.nAnnounced});
+                           .nAnnounced = unfinished.nAnnounced,
+                           .bOpenEnd = unfinished.bOpenEnd});
 }
 
 } // namespace Marvane::FrameSift

@@ -15,6 +15,7 @@ struct UNFINISHED_FRAME
 {
     int64_t nOffset = 0;
     uint32_t nAnnounced = 0; // its whole length; 0 if that is cut off too
+    bool bOpenEnd = false;   // only a next frame would end it
 };
 
 // Takes the parser's records in the order of the stream. What lies between two frames is a stretch: heads that were not
@@ -28,6 +29,9 @@ public:
     void Take(const FrameInfo& frame, int64_t nOffset);
     // A head that bytes are missing behind. It is the end of the recording, unless a frame follows.
     void TakeWaiting(const UNFINISHED_FRAME& waiting);
+    // The last bytes of a recording of one of the older formats, from nOffset on; nBytes above 0. The frame that they are
+    // waits for a next one; gsk_endMarkSize of them are no frame, and only end the one in front.
+    void TakeOldTail(int64_t nOffset, uint64_t nBytes);
     // All is taken, and the report's nBytes tells the size.
     void Finish();
     int64_t End() const { return m_nEnd; } // of the last frame

@@ -158,6 +158,7 @@ std::string JsonEntry(const CHECK_REPORT& report, bool bFirst)
                   {"error", TextOrNull(report.error)},
                   {"stream_type", bTyped ? Json(StreamTypeName(report.nStreamType)) : Json()},
                   {"sha256", TextOrNull(report.sha256)},
+                  {"inner_format", TextOrNull(InnerFormatName(report.nStreamType, report.nInnerType))},
                   {"totals", TotalsOf(report)},
                   {"findings", Json::array()}};
     for (const FINDING& finding : report.findings.Listed())

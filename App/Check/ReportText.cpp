@@ -121,7 +121,7 @@ std::string TotalLines(const CHECK_REPORT& report)
 {
     std::string text;
     if (report.nStreamType != KX_STREAM_TYPE_UNKNOWN)
-        text += fmt::format("  stream  {} ({})\n", StreamTypeName(report.nStreamType), report.nStreamType);
+        text += fmt::format("  stream  {}\n", StreamFormatText(report.nStreamType, report.nInnerType));
     if (report.earliest)
         text += fmt::format("  time    {} to {} by the recording's own clock\n", TimeText(*report.earliest),
                             TimeText(*report.latest));

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "Check/FindingText.h"
+#include "Frames/TypeOption.h"
 #include "Io/ErrorOutput.h"
 #include "Io/Interrupt.h"
 
@@ -39,6 +40,7 @@ CCutCommand::CCutCommand(CLI::App& app)
     AddTimeOption(*m_pVerb, "--from", m_options.times.from,
                   "Where the part begins, see below (default: the beginning)");
     AddTimeOption(*m_pVerb, "--to", m_options.times.to, "Where it ends (default: the end)");
+    AddTypeOption(*m_pVerb, m_options.nType);
     m_pVerb->add_option("-o,--output", m_options.outputPath, "The part; - is standard output")->required();
 }
 

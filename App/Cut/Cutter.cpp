@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "FrameWriter/LegacyFrameWriter.h"
 #include "Io/AppError.h"
 #include "Io/OutputSink.h"
 #include "Recordings/RangeRead.h"
@@ -64,9 +65,14 @@ void CopyRange(CRecording& recording, const FOUND_RANGE& range, COutputSink& out
         result.nBytes += nLength;
         nEnd = listed.nFrameOffset + listed.frame.frameLen;
     });
-    output.Close();
     const int64_t nPart = std::max(nEnd, range.nEnd) - range.start.nOffset;
     result.nLeftOutBytes = static_cast<uint64_t>(nPart) - result.nBytes;
+    if (recording.StreamType() == KX_STREAM_TYPE_OLD) { // where only the next frame ends one
+        output.Write(LegacyEndMark());
+        if (IsEndMark(recording, static_cast<uint64_t>(nEnd)))
+            result.nLeftOutBytes = 0;
+    }
+    output.Close();
 }
 
 } // namespace
@@ -74,7 +80,7 @@ void CopyRange(CRecording& recording, const FOUND_RANGE& range, COutputSink& out
 CUT_RESULT CutRecording(const CUT_OPTIONS& options)
 {
     RefuseToOverwriteInput(options.path, options.outputPath);
-    CRecording recording(options.path, {});
+    CRecording recording(options.path, {}, options.nType);
     const FOUND_RANGE range = FindRange(recording, options.times);
     COutputSink output(options.outputPath); // not before the part is known to exist: a file may stand there
     CUT_RESULT result;

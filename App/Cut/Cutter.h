@@ -12,6 +12,7 @@ namespace Marvane::FrameSift {
 struct CUT_OPTIONS
 {
     std::string path;
+    int32_t nType = 0; // KX_STREAM_TYPE_*; 0: to be found out
     TIME_RANGE times;
     std::string outputPath; // "-": standard output
 };

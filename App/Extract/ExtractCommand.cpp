@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <set>
 
+#include "Frames/TypeOption.h"
 #include "Io/ErrorOutput.h"
 #include "Io/Interrupt.h"
 #include "Keys/KeyOption.h"
@@ -32,7 +33,11 @@ std::string Example()
            "if\n"
            "that is asked for, changes is refused. Nothing is added: a decoder may need parameter sets that a recorder "
            "has\n"
-           "written only at its beginning.\n" +
+           "written only at its beginning.\n"
+           "A recording of the older format hb is read as a stream, twice, and has no times; nor have zopt, audio "
+           "alone "
+           "and\n"
+           "elementary MPEG-4.\n" +
            std::string(gsk_timeHelp) +
            "--to is looked for at or behind --from.\n"
            "Exit codes: 0 done, 2 wrong usage, a part outside the recording too, 3 cannot read or write, 4 format not\n"
@@ -55,6 +60,7 @@ CExtractCommand::CExtractCommand(CLI::App& app)
                   "Where the part begins, see below (default: the beginning)");
     AddTimeOption(*m_pVerb, "--to", m_options.times.to, "Where it ends (default: the end)");
     AddKeyOption(*m_pVerb, m_options.key);
+    AddTypeOption(*m_pVerb, m_options.nType);
 }
 
 void CExtractCommand::CheckOutputs() const

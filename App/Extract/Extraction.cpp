@@ -3,9 +3,12 @@
 #include <fmt/format.h>
 
 #include "Frames/CodeNames.h"
+#include "Frames/FrameReading.h"
 #include "Frames/FrameState.h"
 #include "Frames/FrameText.h"
 #include "Io/AppError.h"
+#include "Io/EscapeBytes.h"
+#include "Io/Interrupt.h"
 #include "Recordings/RangeRead.h"
 
 namespace Marvane::FrameSift {
@@ -34,7 +37,6 @@ bool IsNoise(const FrameInfo& parsed)
 
 CExtraction::CExtraction(const EXTRACT_OPTIONS& options)
     : m_options(options),
-      m_recording(options.path, options.key),
       m_outputs{{{KX_FRAME_TYPE_VIDEO, "video", options.videoPath, {}},
                  {KX_FRAME_TYPE_AUDIO, "audio", options.audioPath, {}},
                  {KX_FRAME_TYPE_DATA, "data", options.dataPath, {}}}}
@@ -42,13 +44,46 @@ CExtraction::CExtraction(const EXTRACT_OPTIONS& options)
 
 void CExtraction::Run()
 {
-    const FOUND_RANGE range = FindRange(m_recording, m_options.times);
+    try {
+        RunIndexed();
+    } catch (const CNoIndex&) {
+        RunAsStream();
+    }
+}
+
+void CExtraction::RunIndexed()
+{
+    CRecording recording(m_options.path, m_options.key, m_options.nType);
+    m_name = recording.Name();
+    const FOUND_RANGE range = FindRange(recording, m_options.times);
     m_note = range.note;
     RefuseChangeOfCodec(range);
-    try {
-        WriteRange(range);
-    } catch (const CAppError& error) {
-        throw CAppError(error.Code(), error.what() + OutputsSoFar());
+    WriteAll([&] {
+        m_nUnread =
+            ReadRange(recording, range, [this](const LISTED_FRAME& listed) { Take(listed.frame, listed.parsed); });
+    });
+}
+
+// What cannot be read at a place has no places, nor times to find one by: it is the whole, or an error.
+void CExtraction::RunAsStream()
+{
+    m_name = EscapeBytes(m_options.path);
+    CTimeSearch search(m_options.times);
+    ReadStream([&search](const LISTED_FRAME& listed) { search.Take(listed); });
+    RefuseChangeOfCodec(search.Result(m_name));
+    WriteAll([this] { ReadStream([this](const LISTED_FRAME& listed) { Take(listed.frame, listed.parsed); }); });
+}
+
+void CExtraction::ReadStream(const std::function<void(const LISTED_FRAME&)>& take)
+{
+    constexpr int32_t sc_chunk = 1024 * 1024;
+    const CInterruptWatch watch;
+    CFrameReading reading(m_options.path, sc_chunk, m_options.key, false, m_options.nType);
+    while (reading.ReadChunk()) {
+        watch.ThrowIfAsked();
+        for (LISTED_FRAME listed; reading.Next(listed);)
+            take(listed);
+        reading.ShowProgress();
     }
 }
 
@@ -66,18 +101,21 @@ void CExtraction::RefuseChangeOfCodec(const FOUND_RANGE& range) const
             EXIT_CODE::Format,
             fmt::format(
                 "the {} of {} changes from {} to {} at offset {}: take the parts one by one, with --from and --to",
-                output.pName, m_recording.Name(), CodecName(output.nFrameType, change->nBefore),
+                output.pName, m_name, CodecName(output.nFrameType, change->nBefore),
                 CodecName(output.nFrameType, change->nAfter), change->nOffset));
     }
 }
 
-void CExtraction::WriteRange(const FOUND_RANGE& range)
+void CExtraction::WriteAll(const std::function<void()>& write)
 {
-    m_nUnread =
-        ReadRange(m_recording, range, [this](const LISTED_FRAME& listed) { Take(listed.frame, listed.parsed); });
-    for (auto& output : m_outputs) {
-        if (output.sink)
-            output.sink->Close();
+    try {
+        write();
+        for (auto& output : m_outputs) {
+            if (output.sink)
+                output.sink->Close();
+        }
+    } catch (const CAppError& error) {
+        throw CAppError(error.Code(), error.what() + OutputsSoFar());
     }
 }
 
@@ -130,14 +168,12 @@ std::vector<std::string> CExtraction::Notes() const
     if (m_nUnread > 0)
         notes.push_back(fmt::format("{}: its last {} bytes are no whole frame, or wait for the end of one that is not "
                                     "there; \"framesift check\" tells what is in them",
-                                    m_recording.Name(), m_nUnread));
+                                    m_name, m_nUnread));
     if (!m_damaged.empty())
-        notes.push_back(
-            fmt::format("{}: damaged, and left out: {}", m_recording.Name(), CountsText(m_damaged, &ErrorName)));
+        notes.push_back(fmt::format("{}: damaged, and left out: {}", m_name, CountsText(m_damaged, &ErrorName)));
     if (!m_enciphered.empty()) {
         const bool bKeyWouldDo = m_options.key.empty() && m_enciphered.count(KX_ENCRYPT_AES) > 0;
-        notes.push_back(fmt::format("{}: enciphered, and left out: {}{}", m_recording.Name(),
-                                    CountsText(m_enciphered, &CipherName),
+        notes.push_back(fmt::format("{}: enciphered, and left out: {}{}", m_name, CountsText(m_enciphered, &CipherName),
                                     bKeyWouldDo ? " (--key deciphers aes)" : ""));
     }
     return notes;

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -30,6 +31,7 @@ struct EXTRACT_OPTIONS
 {
     std::string path;
     std::vector<uint8_t> key; // AES; may be empty
+    int32_t nType = 0;        // KX_STREAM_TYPE_*; 0: to be found out
     TIME_RANGE times;
     std::string videoPath, audioPath, dataPath; // "-": standard output; empty: not asked for
 };
@@ -50,14 +52,17 @@ public:
     const char* MissingKind() const;
 
 private:
+    void RunIndexed();
+    void RunAsStream();
+    void ReadStream(const std::function<void(const LISTED_FRAME&)>& take);
     void RefuseChangeOfCodec(const FOUND_RANGE& range) const;
-    void WriteRange(const FOUND_RANGE& range);
+    void WriteAll(const std::function<void()>& write);
     void Take(const FrameInfo& frame, const FrameInfo& parsed);
     PAYLOAD_OUTPUT* OutputFor(int32_t nFrameType);
     std::string OutputsSoFar() const;
 
     const EXTRACT_OPTIONS& m_options;
-    CRecording m_recording;
+    std::string m_name; // escaped
     std::array<PAYLOAD_OUTPUT, 3> m_outputs;
     std::map<int32_t, uint64_t> m_damaged;    // by error code
     std::map<int32_t, uint64_t> m_enciphered; // by cipher

@@ -1,5 +1,7 @@
 #include "Frames/CodeNames.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <span>
 
@@ -200,6 +202,19 @@ std::string FrameTypeName(int32_t nFrameType)
 std::string StreamTypeName(int32_t nStreamType)
 {
     return NameOf(sc_streamTypes, nStreamType);
+}
+
+std::string InnerFormatName(int32_t nStreamType, int32_t nInnerType)
+{
+    if (nStreamType == KX_STREAM_TYPE_OLD)
+        return StreamTypeName(nInnerType == KX_STREAM_TYPE_UNKNOWN ? int32_t{KX_STREAM_TYPE_AUDIO} : nInnerType);
+    return nStreamType == KX_STREAM_TYPE_MPEG4 ? StreamTypeName(KX_STREAM_TYPE_RAW_MPEG4) : std::string();
+}
+
+std::string StreamFormatText(int32_t nStreamType, int32_t nInnerType)
+{
+    const std::string inner = InnerFormatName(nStreamType, nInnerType);
+    return fmt::format("{} ({}){}{}", StreamTypeName(nStreamType), nStreamType, inner.empty() ? "" : ": ", inner);
 }
 
 std::string ErrorName(int32_t nErrorFlags)

@@ -10,7 +10,12 @@ namespace Marvane::FrameSift {
 // The names are part of the output that scripts read: add some, but change none.
 std::string FrameTypeName(int32_t nFrameType);   // KX_FRAME_TYPE_*
 std::string StreamTypeName(int32_t nStreamType); // KX_STREAM_TYPE_*
-std::string ErrorName(int32_t nErrorFlags);      // KX_ERROR_FLAGS_*; empty for a good frame
+// Which of the older formats a stream is: "new", "hb", "zopt", "audio" for one that has shown no video, "raw-mpeg4". Empty
+// for a stream of another kind.
+std::string InnerFormatName(int32_t nStreamType, int32_t nInnerType);
+// "old (194): new".
+std::string StreamFormatText(int32_t nStreamType, int32_t nInnerType);
+std::string ErrorName(int32_t nErrorFlags); // KX_ERROR_FLAGS_*; empty for a good frame
 
 std::string CipherName(int32_t nEncryptType);    // KX_ENCRYPT_*; empty for a clear frame
 std::string InterlaceName(int32_t nDeinterlace); // KX_DEINTERLACE_*

@@ -61,14 +61,19 @@ FIELD_VALUE NumbersIfMastered(const LISTED_FRAME& listed, uint16_t (FrameInfo::*
 constexpr FRAME_FIELD sc_fields[] = {
     {"offset", [](const LISTED_FRAME& l) -> FIELD_VALUE { return l.nFrameOffset; }},
     {"payload_offset",
-     [](const LISTED_FRAME& l) { return l.frame.streamLen > 0 ? FIELD_VALUE(l.nPayloadOffset) : FIELD_VALUE(); }},
+     [](const LISTED_FRAME& l) {
+         return l.frame.streamLen > 0 && !IsPutTogether(l) ? FIELD_VALUE(l.nPayloadOffset) : FIELD_VALUE();
+     }},
     {"kind", [](const LISTED_FRAME& l) { return TextOrNothing(FrameTypeName(l.frame.frameType)); }},
     {"subtype", [](const LISTED_FRAME& l) { return TextOrNothing(SubTypeText(l.frame)); }},
     {"codec", [](const LISTED_FRAME& l) { return TextOrNothing(CodecText(l.frame)); }},
     {"time", [](const LISTED_FRAME& l) { return TextOrNothing(TimeText(KX_TIME(l.frame.frameTime))); }},
     {"time_stamp", [](const LISTED_FRAME& l) -> FIELD_VALUE { return int64_t{l.frame.timeStamp}; }},
     // Unsigned on the wire, signed in the record.
-    {"sequence", [](const LISTED_FRAME& l) -> FIELD_VALUE { return int64_t{static_cast<uint32_t>(l.frame.frameSeq)}; }},
+    {"sequence",
+     [](const LISTED_FRAME& l) {
+         return l.bNumbered ? FIELD_VALUE(int64_t{static_cast<uint32_t>(l.frame.frameSeq)}) : FIELD_VALUE();
+     }},
     {"width", [](const LISTED_FRAME& l) { return IfVideo(l, l.frame.width); }},
     {"height", [](const LISTED_FRAME& l) { return IfVideo(l, l.frame.height); }},
     {"frame_rate", [](const LISTED_FRAME& l) { return IfVideo(l, l.frame.frameRate); }},
@@ -98,6 +103,7 @@ constexpr FRAME_FIELD sc_fields[] = {
     {"max_average_light", [](const LISTED_FRAME& l) { return IfTold(l.parsed.nMaxFrameAverageLightLevel); }},
     {"display_primaries", [](const LISTED_FRAME& l) { return NumbersIfMastered<6>(l, &FrameInfo::nDisplayPrimaries); }},
     {"white_point", [](const LISTED_FRAME& l) { return NumbersIfMastered<2>(l, &FrameInfo::nWhitePoint); }},
+    {"inner_format", [](const LISTED_FRAME& l) { return TextOrNothing(InnerFormatName(l.nStreamType, l.nInnerType)); }},
 };
 
 #define RAW_FIELD(member)                                                                                              \

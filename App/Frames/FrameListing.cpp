@@ -28,7 +28,7 @@ public:
     explicit CListing(const LISTING_OPTIONS& options)
         : m_options(options),
           m_output("-"),
-          m_reading(options.path, options.nChunk, options.key, m_output.IsTerminal()),
+          m_reading(options.path, options.nChunk, options.key, m_output.IsTerminal(), options.nType),
           m_printer(MakePrinter(options))
     {}
 

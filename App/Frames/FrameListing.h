@@ -21,6 +21,7 @@ struct LISTING_OPTIONS
     std::string path; // "-": standard input
     int32_t nChunk = 1024 * 1024;
     LISTING_FORM eForm = LISTING_FORM::Text;
+    int32_t nType = 0; // KX_STREAM_TYPE_*; 0: to be found out
     FRAME_FILTER filter;
     std::vector<uint8_t> key;     // AES; empty: enciphered frames stay so
     uint64_t nLimit = UINT64_MAX; // lines

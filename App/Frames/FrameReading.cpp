@@ -6,8 +6,12 @@
 namespace Marvane::FrameSift {
 
 CFrameReading::CFrameReading(const std::string& path, int32_t nChunk, std::span<const uint8_t> key,
-                             bool bListingOnTerminal)
-    : m_input(path), m_progress(m_input.Size(), bListingOnTerminal), m_chunk(static_cast<size_t>(nChunk))
+                             bool bListingOnTerminal, int32_t nType)
+    : m_input(path),
+      m_progress(m_input.Size(), bListingOnTerminal),
+      m_chunk(static_cast<size_t>(nChunk)),
+      m_source(nType),
+      m_bFixed(nType != KX_STREAM_TYPE_UNKNOWN)
 {
     if (!key.empty())
         JudgeResult(m_source.SetKey(key));
@@ -15,20 +19,34 @@ CFrameReading::CFrameReading(const std::string& path, int32_t nChunk, std::span<
 
 bool CFrameReading::ReadChunk()
 {
-    const size_t nRead = m_input.Read(m_chunk);
-    if (nRead == 0)
+    if (m_bEnd)
         return false;
+    const size_t nRead = m_input.Read(m_chunk);
     m_nBytes += nRead;
-    JudgeResult(m_source.Feed(std::span(m_chunk).first(nRead)));
+    m_bEnd = nRead == 0;
+    JudgeResult(m_bEnd ? m_source.Flush() : m_source.Feed(std::span(m_chunk).first(nRead)));
     return true;
+}
+
+bool CFrameReading::Next(LISTED_FRAME& listed)
+{
+    const bool bNext = m_source.Next(listed);
+    m_bAnyFrame = m_bAnyFrame || bNext;
+    return bNext;
 }
 
 void CFrameReading::RequireFormat()
 {
-    if (StreamType() != KX_STREAM_TYPE_UNKNOWN)
-        return;
     if (m_nBytes == 0)
         throw CAppError(EXIT_CODE::Format, m_input.Name() + " is empty");
+    if (m_bAnyFrame)
+        return;
+    if (m_bFixed)
+        throw CAppError(EXIT_CODE::Format, m_input.Name() + ": no frame of a stream of type " +
+                                               StreamTypeName(StreamType()) + " (" + std::to_string(StreamType()) +
+                                               ") in " + std::to_string(m_nBytes) + " bytes");
+    if (StreamType() != KX_STREAM_TYPE_UNKNOWN)
+        return;
     throw CAppError(EXIT_CODE::Format,
                     m_input.Name() + ": no known stream format in " + std::to_string(m_nBytes) + " bytes");
 }

@@ -17,16 +17,19 @@ namespace Marvane::FrameSift {
 class CFrameReading
 {
 public:
-    // path: "-" is standard input. key: AES; empty: enciphered frames stay so. Throws CAppError.
-    CFrameReading(const std::string& path, int32_t nChunk, std::span<const uint8_t> key, bool bListingOnTerminal);
+    // path: "-" is standard input. key: AES; empty: enciphered frames stay so. nType: a KX_STREAM_TYPE; 0: to be found
+    // out. Throws CAppError.
+    CFrameReading(const std::string& path, int32_t nChunk, std::span<const uint8_t> key, bool bListingOnTerminal,
+                  int32_t nType = KX_STREAM_TYPE_UNKNOWN);
 
-    // Reads on; the frames of the chunk before end. False at the end of the input. Throws CAppError for a stream that
+    // Reads on; the frames of the chunk before end, and behind the last chunk come those that nothing follows. False at
+    // the end of the input. Throws CAppError for a stream that
     // cannot be read or parsed.
     bool ReadChunk();
     // False if all frames of the chunk are taken.
-    bool Next(LISTED_FRAME& listed) { return m_source.Next(listed); }
+    bool Next(LISTED_FRAME& listed);
     void ShowProgress() { m_progress.Update(m_nBytes); }
-    // Throws CAppError if what was read shows no format.
+    // Throws CAppError if what was read shows no format, or has no frame of the one that was fixed.
     void RequireFormat();
 
     int32_t StreamType() { return m_source.StreamType(); }
@@ -41,7 +44,10 @@ private:
     CProgressBar m_progress;
     std::vector<uint8_t> m_chunk;
     CFrameSource m_source;
+    bool m_bFixed; // the type
+    bool m_bAnyFrame = false;
     uint64_t m_nBytes = 0;
+    bool m_bEnd = false;
 };
 
 } // namespace Marvane::FrameSift

@@ -3,12 +3,25 @@
 #include <new>
 
 #include "Frames/AnnouncedSize.h"
+#include "StreamAnalzyer/OldStream/LegacyWords.h"
+#include "Tools/BufferRead.h"
 
 namespace Marvane::FrameSift {
 
-CFrameSource::CFrameSource() : CStreamAnalyzer(0)
+namespace {
+
+constexpr int sc_magicSize = 4;
+
+bool IsOldFormat(int32_t nStreamType)
 {
-    if (Init() != KX_SUCCESS)
+    return nStreamType == KX_STREAM_TYPE_OLD || nStreamType == KX_STREAM_TYPE_MPEG4;
+}
+
+} // namespace
+
+CFrameSource::CFrameSource(int32_t nType) : CStreamAnalyzer(0)
+{
+    if (InitEx(nType) != KX_SUCCESS)
         throw std::bad_alloc();
 }
 
@@ -21,6 +34,14 @@ int CFrameSource::Feed(std::span<uint8_t> chunk)
 {
     m_notes.clear(); // as the analyzer drops the frames of the chunk before
     const int nResult = ParseData(chunk.data(), static_cast<int>(chunk.size()));
+    return m_bOutOfMemory ? int{KX_ERROR_SYSTEM_OUT_OF_MEMORY} : nResult;
+}
+
+int CFrameSource::Flush()
+{
+    const int nResult = FlushBuffer();
+    if (nResult == KX_SUCCESS && GetStreamType() == KX_STREAM_TYPE_MPEG4)
+        m_nAppended = sc_magicSize; // a border, which closed the last picture
     return m_bOutOfMemory ? int{KX_ERROR_SYSTEM_OUT_OF_MEMORY} : nResult;
 }
 
@@ -39,18 +60,21 @@ bool CFrameSource::Next(LISTED_FRAME& listed)
 
 uint64_t CFrameSource::UnfinishedBytes()
 {
-    constexpr int nScanTail = 4; // kept in any case, lest a magic be split; no frame has begun in them
     uint8_t* pKept = nullptr;
     int nKept = 0;
-    if (m_logicData.GetRemainData(&pKept, &nKept) != KX_SUCCESS || nKept <= nScanTail)
+    if (m_logicData.GetRemainData(&pKept, &nKept) != KX_SUCCESS)
         return 0;
-    return static_cast<uint64_t>(nKept);
+    nKept -= m_nAppended;
+    // So many are kept in any case, lest a magic be split: in the ZOAV family no frame has begun in them.
+    const bool bIsMagic = nKept == sc_magicSize && IsOldFormat(GetStreamType()) && LoadUint32Msb(pKept) == sc_wordAudio;
+    return nKept > sc_magicSize || bIsMagic ? static_cast<uint64_t>(nKept) : 0;
 }
 
 int CFrameSource::OnFrame(FrameInfo* frame, ExtZOAVIFrameInfo* ext, void* userData)
 {
     LISTED_FRAME note;
     note.parsed = *frame;
+    note.nInnerType = GetInnerType();
     note.nFrameOffset = m_nLastEnd;
     note.nPayloadOffset = m_nLastEnd;
     // A record of frames that were lost has no bytes, and the window still tells of the frame before it.

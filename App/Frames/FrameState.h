@@ -28,10 +28,13 @@ inline CIPHER_STATE CipherStateOf(const FrameInfo& parsed)
     return parsed.bHasDecrypt != 0 ? CIPHER_STATE::Deciphered : CIPHER_STATE::Enciphered;
 }
 
-// A record starts out with 0, which is KX_DEINTERLACE_PAIR: only with a head that speaks of the picture does it count.
+// A record starts out with 0, which is KX_DEINTERLACE_PAIR: only with a head that speaks of the picture does it count. The
+// head of a key frame of New always does.
 inline bool IsInterlaceTold(const LISTED_FRAME& listed)
 {
-    return listed.parsed.deinterlace != KX_DEINTERLACE_PAIR || listed.nAnnouncedWidth > 0;
+    const bool bHeadTells =
+        listed.nAnnouncedWidth > 0 || (listed.nInnerType == KX_STREAM_TYPE_NEW && listed.parsed.width > 0);
+    return listed.parsed.deinterlace != KX_DEINTERLACE_PAIR || bHeadTells;
 }
 
 } // namespace Marvane::FrameSift

@@ -19,6 +19,8 @@ void CFrameSummary::Count(const LISTED_FRAME& listed)
 {
     const FrameInfo& frame = listed.frame;
     const int32_t nErrorFlags = frame.errorFlags;
+    m_nInnerType = listed.nInnerType;
+    m_bHasPlaces = m_bHasPlaces && m_nInnerType != KX_STREAM_TYPE_HB;
     // A block that is stepped over whole comes with its length and a lost head: no frame either.
     if (frame.frameLen > sc_magicSize && nErrorFlags != KX_ERROR_FLAGS_LOST_HEADER)
         m_nFrameBytes += static_cast<uint64_t>(frame.frameLen);
@@ -127,8 +129,19 @@ uint64_t CFrameSummary::DamagedFrames() const
 
 uint64_t CFrameSummary::OutsideBytes(uint64_t nBytes, uint64_t nUnfinished) const
 {
+    if (!m_bHasPlaces)
+        return 0;
     // Lost frames can be announced with a length that the stream never had.
     return nBytes > m_nFrameBytes + nUnfinished ? nBytes - m_nFrameBytes - nUnfinished : 0;
+}
+
+std::string CFrameSummary::BytesText(uint64_t nBytes, uint64_t nOutside, bool bWhole) const
+{
+    if (!m_bHasPlaces)
+        return fmt::format("{} read; pictures are put together from blocks, so that no byte is counted as theirs",
+                           nBytes);
+    return fmt::format("{} read, {} in frames, {} {}", nBytes, m_nFrameBytes, nOutside,
+                       bWhole ? "in no frame" : "not looked at");
 }
 
 std::string CFrameSummary::Text(int32_t nStreamType, uint64_t nBytes, std::optional<uint64_t> unfinished) const
@@ -138,19 +151,21 @@ std::string CFrameSummary::Text(int32_t nStreamType, uint64_t nBytes, std::optio
     std::string end;
     if (!unfinished)
         end = "end     stopped at the limit of lines: the totals are of what was read so far\n";
+    else if (nUnfinished == sc_magicSize)
+        end = fmt::format("end     4 bytes from offset {} on only end the last frame\n", nBytes - nUnfinished);
     else if (nUnfinished > 0)
         end = fmt::format("end     {} bytes from offset {} on wait for the rest of a frame\n", nUnfinished,
                           nBytes - nUnfinished);
-    return fmt::format("stream  {} ({})\n"
+    return fmt::format("stream  {}\n"
                        "frames  {}\n"
                        "damage  {}\n"
                        "{}{}"
-                       "bytes   {} read, {} in frames, {} {}\n"
+                       "bytes   {}\n"
                        "{}"
                        "time    {}\n",
-                       StreamTypeName(nStreamType), nStreamType, FramesText(), DamageText(unfinished ? nOutside : 0),
-                       LossText(), CipherText(), nBytes, m_nFrameBytes, nOutside,
-                       unfinished ? "in no frame" : "not looked at", end, TimeSpanText());
+                       StreamFormatText(nStreamType, m_nInnerType), FramesText(), DamageText(unfinished ? nOutside : 0),
+                       LossText(), CipherText(), BytesText(nBytes, nOutside, unfinished.has_value()), end,
+                       TimeSpanText());
 }
 
 } // namespace Marvane::FrameSift

@@ -33,11 +33,14 @@ private:
     std::string DamageText(uint64_t nOutside) const;
     std::string LossText() const;
     std::string CipherText() const;
+    std::string BytesText(uint64_t nBytes, uint64_t nOutside, bool bWhole) const;
     std::string TimeSpanText() const;
 
     uint64_t m_nFrames = 0;
     uint64_t m_nDamaged = 0;
     uint64_t m_nFrameBytes = 0;
+    int32_t m_nInnerType = 0; // of the last frame
+    bool m_bHasPlaces = true; // false: frames are put together from pieces, and their lengths say nothing of the stream
     std::map<int32_t, uint64_t> m_framesByType;
     std::map<int32_t, uint64_t> m_videoBySubType;
     std::map<int32_t, uint64_t> m_damageByFlag;

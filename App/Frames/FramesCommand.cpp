@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <limits>
 
+#include "Frames/TypeOption.h"
 #include "Io/ErrorOutput.h"
 #include "Keys/KeyOption.h"
 
@@ -16,6 +17,7 @@ constexpr const char* sc_example =
     "Examples:\n"
     "  framesift frames --keys-only recording.zoav\n"
     "  framesift frames --key @camera.key recording.zoav\n"
+    "  framesift frames --type 1 --type video camera.m4v\n"
     "  framesift frames --json - < recording.zoav | jq 'select(.error != null) | .offset'\n"
     "\n"
     "The listing goes to standard output, the summary to standard error. Times are those of the recording's own "
@@ -30,6 +32,8 @@ constexpr const char* sc_example =
     "is "
     "the\n"
     "last one missing.\n"
+    "The name of an older format stands in front of FORMAT: new, hb, zopt, audio (as long as there was no video), or\n"
+    "raw-mpeg4. The OFFSET of a picture of hb is that of the block that completed it; it stands nowhere in one piece.\n"
     "JSON holds one object in each line, with the record's own fields under \"raw\"; in file names, bytes that are no\n"
     "printable UTF-8 stand as \\xNN and a backslash as \\\\. max_luminance and min_luminance count in 0.0001 cd/m2.\n"
     "Exit codes: 0 done, 2 wrong usage, 3 cannot read or write, 4 format not recognised.";
@@ -71,13 +75,18 @@ void CFramesCommand::DeclareFilter()
             "--type",
             [this, types](const std::vector<std::string>& names) {
                 for (const std::string& name : names) {
+                    if (IsTypeNumber(name)) {
+                        FixType(ParseStreamType(name));
+                        continue;
+                    }
                     const auto found = types.find(name);
                     if (found == types.end())
                         throw CLI::ValidationError("--type", "knows no kind \"" + name + "\"");
                     m_options.filter.types.insert(found->second);
                 }
             },
-            "Only these kinds: video, audio, data, unknown; several with commas")
+            "A name: only frames of this kind: video, audio, data, unknown; several with commas. A number: " +
+                std::string(gsk_typeHelp))
         ->delimiter(',')
         ->allow_extra_args(false); // or it would take FILE too
     m_pVerb->add_flag("--keys-only", m_options.filter.bKeysOnly, "Only frames that a decoder can start from");
@@ -87,6 +96,13 @@ void CFramesCommand::DeclareFilter()
         ->add_option("--limit", m_options.nLimit,
                      "Stop after so many lines; the summary is then of what was read so far")
         ->check(CLI::Range(int64_t{1}, std::numeric_limits<int64_t>::max()));
+}
+
+void CFramesCommand::FixType(int32_t nType)
+{
+    if (m_options.nType != KX_STREAM_TYPE_UNKNOWN && m_options.nType != nType)
+        throw CLI::ValidationError("--type", "a stream has one type only");
+    m_options.nType = nType;
 }
 
 void CFramesCommand::DeclareLog()

@@ -20,6 +20,7 @@ public:
 private:
     void DeclareForm();
     void DeclareFilter();
+    void FixType(int32_t nType);
     void DeclareLog();
 
     CLI::App* m_pVerb;

@@ -18,6 +18,7 @@ std::string OrDash(std::string text)
     return text.empty() ? "-" : std::move(text);
 }
 
+// What the frame itself says.
 std::string FormatText(const LISTED_FRAME& listed)
 {
     const FrameInfo& frame = listed.frame;
@@ -30,6 +31,13 @@ std::string FormatText(const LISTED_FRAME& listed)
     return "-";
 }
 
+// Which of the older formats the stream is stands in front: it is found out as it goes.
+std::string WithInnerFormat(const LISTED_FRAME& listed)
+{
+    const std::string inner = InnerFormatName(listed.nStreamType, listed.nInnerType);
+    return inner.empty() ? FormatText(listed) : fmt::format("{}: {}", inner, FormatText(listed));
+}
+
 // Of a cipher that --key does not open, the name.
 std::string CipherText(const FrameInfo& parsed)
 {
@@ -37,6 +45,11 @@ std::string CipherText(const FrameInfo& parsed)
     if (CipherStateOf(parsed) == CIPHER_STATE::Enciphered && parsed.nEncryptType != KX_ENCRYPT_AES)
         text.append(" ").append(CipherName(parsed.nEncryptType));
     return OrDash(text);
+}
+
+std::string NumberText(const LISTED_FRAME& listed)
+{
+    return listed.bNumbered ? fmt::format("{}", static_cast<uint32_t>(listed.frame.frameSeq)) : "-";
 }
 
 class CTextPrinter : public CFramePrinter
@@ -53,8 +66,8 @@ public:
         const FrameInfo& frame = listed.frame;
         return fmt::format(sc_columns, listed.nFrameOffset, FrameTypeName(frame.frameType), OrDash(SubTypeText(frame)),
                            OrDash(CodecText(frame)), OrDash(TimeText(KX_TIME(frame.frameTime))), +frame.timeStamp,
-                           static_cast<uint32_t>(frame.frameSeq), +frame.frameLen, +frame.streamLen,
-                           CipherText(listed.parsed), OrDash(ErrorName(frame.errorFlags)), FormatText(listed));
+                           NumberText(listed), +frame.frameLen, +frame.streamLen, CipherText(listed.parsed),
+                           OrDash(ErrorName(frame.errorFlags)), WithInnerFormat(listed));
     }
 };
 

@@ -1,5 +1,6 @@
 #include "Index/IndexCommand.h"
 
+#include "Frames/TypeOption.h"
 #include "Io/ErrorOutput.h"
 #include "Io/OutputSink.h"
 #include "Keys/KeyOption.h"
@@ -20,6 +21,7 @@ constexpr const char* sc_example =
     "the errors payload-sum, watermark and decryption. What is damaged worse is left out, as are places of lost "
     "frames:\n"
     "\"framesift frames\" lists those. Smart frames stand under their own subtypes.\n"
+    "A recording of the older format hb has no index.\n"
     "Lines are written while the recording is read; those written stay if it fails or is interrupted.\n"
     "Exit codes: 0 done, 2 wrong usage, 3 cannot read or write, 4 format not recognised, 130 interrupted.";
 
@@ -39,6 +41,7 @@ CIndexCommand::CIndexCommand(CLI::App& app)
     m_pVerb->add_flag("--keys-only", m_options.filter.bKeysOnly, "Only frames that a decoder can start from");
     m_pVerb->add_flag("--errors-only", m_options.filter.bErrorsOnly, "Only damaged frames");
     AddKeyOption(*m_pVerb, m_options.key);
+    AddTypeOption(*m_pVerb, m_options.nType);
 }
 
 EXIT_CODE CIndexCommand::Run()

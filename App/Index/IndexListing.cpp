@@ -47,7 +47,7 @@ private:
 void ListIndex(const INDEX_OPTIONS& options)
 {
     ExpectAnotherFile(options);
-    CRecording recording(options.path, options.key); // first: no output without an input
+    CRecording recording(options.path, options.key, options.nType); // first: no output without an input
     COutputSink output(options.output);
     const CIndexPrinter printer(options);
     CProgressBar progress(recording.Size(), output.IsTerminal());

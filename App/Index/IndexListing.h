@@ -15,6 +15,7 @@ struct INDEX_OPTIONS
     std::string path;
     std::string output = "-"; // "-": standard output
     bool bJson = false;       // else CSV
+    int32_t nType = 0;        // KX_STREAM_TYPE_*; 0: to be found out
     FRAME_FILTER filter;
     std::vector<uint8_t> key; // AES; empty: enciphered frames stay so
 };

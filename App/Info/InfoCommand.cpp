@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <new>
 
+#include "Frames/TypeOption.h"
 #include "Info/FileInfo.h"
 #include "Info/InfoJson.h"
 #include "Info/InfoText.h"
@@ -31,6 +32,7 @@ constexpr const char* sc_example =
     "frame\n"
     "may be blocks of another kind, which are no damage. It also is the judge: info ends with 0 for a damaged "
     "recording.\n"
+    "A recording of the older format hb is read as a stream, and nothing is told of its gaps and damage.\n"
     "JSON holds one object in each line, also for a file that failed.\n"
     "Exit codes: 0 done, 2 wrong usage, 3 cannot read or write, 4 no recording (an empty file is none), of several "
     "files "
@@ -45,6 +47,7 @@ CInfoCommand::CInfoCommand(CLI::App& app) : m_pVerb(app.add_subcommand("info", "
     m_pVerb->add_option("FILE", m_paths, "The recordings; files, no pipes")->required();
     m_pVerb->add_flag("--json", m_bJson, "One JSON object in each line, one for each file");
     AddKeyOption(*m_pVerb, m_key);
+    AddTypeOption(*m_pVerb, m_nType);
 }
 
 EXIT_CODE CInfoCommand::Run()
@@ -63,7 +66,7 @@ EXIT_CODE CInfoCommand::Run()
 EXIT_CODE CInfoCommand::TellAbout(const std::string& path, COutputSink& output) const
 {
     try {
-        const INFO_REPORT report = InfoOf(path, m_key);
+        const INFO_REPORT report = InfoOf(path, m_key, m_nType);
         output.Write(m_bJson ? InfoJson(report) : InfoText(report));
         return EXIT_CODE::Done;
     } catch (const CAppError& error) {

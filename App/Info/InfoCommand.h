@@ -30,6 +30,7 @@ private:
     CLI::App* m_pVerb;
     std::vector<std::string> m_paths;
     std::vector<uint8_t> m_key;
+    int32_t m_nType = 0; // KX_STREAM_TYPE_*; 0: to be found out
     bool m_bJson = false;
 };
 

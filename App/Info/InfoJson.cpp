@@ -134,8 +134,10 @@ std::string InfoJson(const INFO_REPORT& report)
                           {"audio", JsonOf(report.BitRate(KX_FRAME_TYPE_AUDIO))}};
     object["cipher"] = {{"enciphered", JsonOf(report.encipheredByType, &CipherName)},
                         {"deciphered", report.nDeciphered}};
-    object["gaps"] = GapsJson(check);
-    object["damage"] = DamageJson(check);
+    object["gaps"] = report.bHasPlaces ? GapsJson(check) : Json();
+    object["damage"] = report.bHasPlaces ? DamageJson(check) : Json();
+    const std::string inner = InnerFormatName(check.nStreamType, report.nInnerType);
+    object["inner_format"] = inner.empty() ? Json() : Json(inner);
     return object.dump() + "\n";
 }
 

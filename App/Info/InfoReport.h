@@ -19,6 +19,9 @@ struct INFO_REPORT
     // Gaps, clock jumps, damage, bytes in no frame, earliest and latest time.
     CHECK_REPORT check{0};
 
+    int32_t nInnerType = 0; // which of the older formats it is
+    bool bHasPlaces = true; // false: frames are put together from blocks, and nothing is known of gaps and damage
+
     // All these are of the frames of the index. What an error keeps out of it is seen by check as bytes in no frame.
     std::map<int32_t, uint64_t> goodByType; // KX_FRAME_TYPE_*
     std::map<int32_t, uint64_t> videoBySubType;

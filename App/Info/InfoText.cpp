@@ -181,7 +181,7 @@ std::string InfoText(const INFO_REPORT& report)
 {
     const CHECK_REPORT& check = report.check;
     std::string text = fmt::format("{}\n", check.name);
-    text += Line("format", fmt::format("{} ({})", StreamTypeName(check.nStreamType), check.nStreamType));
+    text += Line("format", StreamFormatText(check.nStreamType, report.nInnerType));
     text += Line("size", fmt::format("{}; largest frame {}", Counted(check.nBytes, "byte"), report.nLargestFrame));
     text += TimeLines(report);
     text += Line("frames", FramesText(report));
@@ -191,8 +191,9 @@ std::string InfoText(const INFO_REPORT& report)
     text += FormatLines("audio", report.audio);
     text += Line("bit rate", BitRateText(report));
     text += CipherLine(report);
-    text += Line("gaps", GapsText(check));
-    text += Line("damage", DamageText(report));
+    constexpr const char* sc_unknown = "not looked at: pictures are put together from blocks";
+    text += Line("gaps", report.bHasPlaces ? GapsText(check) : sc_unknown);
+    text += Line("damage", report.bHasPlaces ? DamageText(report) : sc_unknown);
     return text;
 }
 

@@ -1,6 +1,9 @@
 #include "Mux/CodecTable.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
+#include <set>
 
 #include "Mux/FramedAudioCutter.h"
 #include "Mux/H264Cutter.h"
@@ -8,6 +11,7 @@
 #include "Mux/JpegCutter.h"
 #include "Mux/Mpeg2Cutter.h"
 #include "Mux/Mpeg4Cutter.h"
+#include "Tools/AudioSampleMap.h"
 #include "framesift/framesift.h"
 
 namespace Marvane::FrameSift {
@@ -83,6 +87,12 @@ std::string VideoCodecNames()
 std::string AudioCodecNames()
 {
     return NamesOf(sc_audioCodecs);
+}
+
+std::string SampleRates()
+{
+    const std::set<int32_t> rates(gsk_AudioSampleMap.begin(), gsk_AudioSampleMap.end());
+    return fmt::format("{}", fmt::join(rates, ", "));
 }
 
 } // namespace Marvane::FrameSift

@@ -33,6 +33,7 @@ const AUDIO_CODEC_ROW* FindAudioCodec(std::string_view name);
 // The names, separated by commas, for the help.
 std::string VideoCodecNames();
 std::string AudioCodecNames();
+std::string SampleRates(); // in Hz, those that have a code on the wire
 
 } // namespace Marvane::FrameSift
 

@@ -31,6 +31,13 @@ constexpr const char* sc_example =
     "deciphers them. ECB shows\n"
     "where a payload repeats itself: it is what recorders write, not what keeps a "
     "secret well.\n"
+    "The families behind wmav are older formats, without metadata, ciphers and sums (Docs/formats/legacy.md): new, "
+    "new-ex and\n"
+    "new-ex1 carry h264 or mpeg4 and audio, hb, zopt and mpeg4 (the stream itself) mpeg4 and audio, audio and "
+    "audio-ex\n"
+    "audio alone; all of them audio of one channel. In them only the next frame ends one, so that the recording ends "
+    "with\n"
+    "the first 4 bytes of another; but mpeg4 does not. Readers must be told of mpeg4 with --type 1.\n"
     "Exit codes: 0 done, 2 wrong usage, 3 cannot read or write, 4 an input does not hold "
     "what was named.";
 
@@ -79,10 +86,8 @@ void ReportEnd(const CMuxer& muxer)
     const std::string& name = muxer.Output().Name();
     const uint32_t nKeys = muxer.Video() == nullptr ? 0U : muxer.Video()->KeyUnits();
     const uint32_t nIvs = muxer.Ivs() == nullptr ? 0U : muxer.Ivs()->Units();
-    if (muxer.EndsTooShort())
-        WriteErrorLine(fmt::format("{}: the last frame is shorter than 48 bytes: readers wait for more bytes and do "
-                                   "not see it; let a longer one follow",
-                                   name));
+    for (const std::string& note : muxer.Notes())
+        WriteErrorLine(fmt::format("{}: {}", name, note));
     WriteError(fmt::format("{}: {} ({} key), {}, {}, {} bytes\n", name, counted(units(muxer.Video()), "video"), nKeys,
                            counted(units(muxer.Audio()), "audio"), counted(nIvs, "IVS"),
                            muxer.Output().WrittenBytes()));
@@ -141,7 +146,7 @@ void CMuxCommand::DeclareAudio()
         [](const std::string& text) {
             uint32_t nRate = 0;
             const bool bKnown = CLI::detail::lexical_cast(text, nRate) && SampleTypeOf(nRate).has_value();
-            return bKnown ? std::string() : text + " Hz has no code in this format";
+            return bKnown ? std::string() : text + " Hz has no code; those that have one: " + SampleRates();
         },
         ""));
     pChannels->check(CLI::Range(1U, sc_maxChannels));
@@ -161,18 +166,17 @@ void CMuxCommand::DeclareRecording()
 {
     AddParsed(*m_pVerb, "--start",
               "Time of the first frame on the recorder's clock (default 2026-01-31T10:00:00; years 2000 to 2063)",
-              sc_times, &ParseClock, [this](CLOCK_MS nStart) { m_options.nStart = nStart; });
-    const std::map<std::string, ZOAV_FAMILY> families = {{"zoav", ZOAV_FAMILY::ZOAV},
-                                                         {"myav", ZOAV_FAMILY::MYAV},
-                                                         {"lxav", ZOAV_FAMILY::LXAV},
-                                                         {"wmav", ZOAV_FAMILY::WMAV}};
+              sc_times, &ParseClock, [this](CLOCK_MS nStart) {
+                  m_options.nStart = nStart;
+                  m_options.bStartGiven = true;
+              });
     AddParsed(
-        *m_pVerb, "--family", "One of zoav, myav, lxav, wmav (default zoav)", "zoav, myav, lxav, wmav",
-        [families](const std::string& text) {
-            const auto found = families.find(text);
-            return found == families.end() ? std::nullopt : std::optional(found->second);
+        *m_pVerb, "--family", "One of " + FamilyNames() + " (default zoav)", FamilyNames(),
+        [](const std::string& text) -> std::optional<const FAMILY_ROW*> {
+            const auto* pRow = FindFamily(text);
+            return pRow == nullptr ? std::nullopt : std::optional(pRow);
         },
-        [this](ZOAV_FAMILY eFamily) { m_options.eFamily = eFamily; });
+        [this](const FAMILY_ROW* pFamily) { m_options.pFamily = pFamily; });
     m_pVerb->add_option("-o,--output", m_options.outputPath, "The recording; - is standard output")->required();
 }
 
@@ -210,6 +214,7 @@ void CMuxCommand::CheckTogether() const
         throw CAppError(EXIT_CODE::Usage, "mux needs one of --video, --audio and --ivs at least");
     if (std::count(inputs.begin(), inputs.end(), "-") > 1)
         throw CAppError(EXIT_CODE::Usage, "only one input can come from standard input");
+    RequireFamilyCarries(m_options);
 }
 
 EXIT_CODE CMuxCommand::Run()

@@ -6,8 +6,8 @@
 #include <string>
 
 #include "FrameWriter/RecordingClock.h"
-#include "FrameWriter/ZOAVFrameWriter.h"
 #include "Mux/CodecTable.h"
+#include "Mux/FamilyTable.h"
 #include "Mux/PayloadSeal.h"
 #include "Mux/Track.h"
 
@@ -30,7 +30,8 @@ struct MUX_OPTIONS
     std::string ivsPath; // empty: no intelligent video metadata
 
     CLOCK_MS nStart = gsk_defaultStart;
-    ZOAV_FAMILY eFamily = ZOAV_FAMILY::ZOAV;
+    bool bStartGiven = false;
+    const FAMILY_ROW* pFamily = FindFamily("zoav");
     SEAL_OPTIONS seal;
     std::string outputPath;
 };

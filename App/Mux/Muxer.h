@@ -2,17 +2,21 @@
 #ifndef FRAMESIFT_APP_MUX_MUXER_H
 #define FRAMESIFT_APP_MUX_MUXER_H
 
+#include <memory>
 #include <optional>
-#include <span>
+#include <string>
+#include <vector>
 
 #include "Io/OutputSink.h"
 #include "Mux/IvsDescription.h"
 #include "Mux/MuxOptions.h"
+#include "Mux/RecordingWriter.h"
 
 namespace Marvane::FrameSift {
 
 // The frames stand in the order of their time; at the same time video comes first, then audio. Each track
-// counts its own frames from 1 on, since a reader looks for gaps in the numbers of the video frames.
+// counts its own frames from 1 on, since a reader looks for gaps in the numbers of the video frames. What a frame is, the
+// writer of the family knows.
 class CMuxer
 {
 public:
@@ -26,8 +30,8 @@ public:
     const CTrack* Audio() const { return m_audio ? &*m_audio : nullptr; }
     const CIvsTrack* Ivs() const { return m_ivs ? &*m_ivs : nullptr; }
     const COutputSink& Output() const { return *m_output; }
-    // Whether a reader would wait for more bytes at the last frame, and never hand it out.
-    bool EndsTooShort() const;
+    // What the user should know of the recording.
+    std::vector<std::string> Notes() const { return m_writer->Notes(); }
 
 private:
     void OpenTracks();
@@ -36,18 +40,15 @@ private:
     void WriteVideo(const MediaUnit& unit);
     void WriteAudio(const MediaUnit& unit);
     void WriteIvs(const IVS_UNIT& unit);
-    void WritePayload(std::span<const uint8_t> payload, ZoavFrame& frame);
-    ZoavFrame FrameAt(uint64_t nDueMs, uint32_t nSeq) const;
 
     const MUX_OPTIONS& m_options;
-    CPayloadSeal m_seal;
+    std::unique_ptr<CRecordingWriter> m_writer;
     std::optional<CUnitSource> m_videoSource;
     std::optional<CUnitSource> m_audioSource;
     std::optional<CVideoTrack> m_video;
     std::optional<CAudioTrack> m_audio;
     std::optional<CIvsTrack> m_ivs;
     std::optional<COutputSink> m_output;
-    size_t m_nLastFrameSize = 0; // of the frame that was written last
 };
 
 } // namespace Marvane::FrameSift

@@ -4,6 +4,7 @@
 
 #include "FrameWriter/ExtHeads.h"
 #include "Io/AppError.h"
+#include "Mux/CodecTable.h"
 
 namespace Marvane::FrameSift {
 
@@ -88,7 +89,8 @@ bool CAudioTrack::Accept(MediaUnit& unit)
 {
     if (!SampleTypeOf(unit.nSamplesPerSec))
         throw CAppError(EXIT_CODE::Format, Source().File().Name() + ": a sample rate of " +
-                                               std::to_string(unit.nSamplesPerSec) + " Hz has no code in this format");
+                                               std::to_string(unit.nSamplesPerSec) +
+                                               " Hz has no code; those that have one: " + SampleRates());
     return true;
 }
 

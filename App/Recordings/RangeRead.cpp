@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "FrameWriter/LegacyFrameWriter.h"
 #include "Frames/FrameState.h"
 #include "Frames/ProgressBar.h"
 #include "Io/AppError.h"
@@ -37,6 +38,15 @@ FOUND_RANGE FindRange(CRecording& recording, const TIME_RANGE& times)
     return range;
 }
 
+bool IsEndMark(const CRecording& recording, uint64_t nOffset)
+{
+    const Bytes mark = LegacyEndMark();
+    if (recording.StreamType() != KX_STREAM_TYPE_OLD || recording.Size() != nOffset + mark.size())
+        return false;
+    Bytes tail(mark.size());
+    return recording.ReadBytes(nOffset, tail) == tail.size() && tail == mark;
+}
+
 uint64_t ReadRange(CRecording& recording, const FOUND_RANGE& range,
                    const std::function<void(const LISTED_FRAME&)>& take)
 {
@@ -53,7 +63,7 @@ uint64_t ReadRange(CRecording& recording, const FOUND_RANGE& range,
         nEnd = static_cast<uint64_t>(listed.nFrameOffset + std::max(int32_t{listed.frame.frameLen}, 0));
         progress.Update(static_cast<uint64_t>(listed.nFrameOffset - nBegin));
     }
-    return recording.Size() - std::min(nEnd, recording.Size());
+    return IsEndMark(recording, nEnd) ? 0 : recording.Size() - std::min(nEnd, recording.Size());
 }
 
 void RefuseToOverwriteInput(const std::string& inputPath, const std::string& outputPath)

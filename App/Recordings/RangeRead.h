@@ -20,8 +20,11 @@ std::span<const uint8_t> PayloadOf(const FrameInfo& frame);
 // Goes over the whole recording and finds the part. Throws CAppError for a time that is not there.
 FOUND_RANGE FindRange(CRecording& recording, const TIME_RANGE& times);
 
+// Whether nothing stands at nOffset and behind but the four bytes that end the last frame in the older formats.
+bool IsEndMark(const CRecording& recording, uint64_t nOffset);
+
 // Calls take for each record of the part, damaged ones too; its pointers end with the call. Answers how many bytes lie
-// behind the last record, if the part ends with the recording. Throws CAppError with EXIT_CODE::Interrupted at Ctrl-C.
+// behind the last record, an end mark apart, if the part ends with the recording. Throws CAppError with EXIT_CODE::Interrupted at Ctrl-C.
 uint64_t ReadRange(CRecording& recording, const FOUND_RANGE& range,
                    const std::function<void(const LISTED_FRAME&)>& take);
 

@@ -25,10 +25,11 @@ constexpr size_t sc_chunk = size_t{1024} * 1024;
 constexpr auto sc_patience = std::chrono::milliseconds(50); // Ctrl-C and the bar wait so long at most
 constexpr int sc_allPercent = 100;
 
-// As a stream, so that a disk that fails shows, a long search can be stopped, and the answer is that of the other verbs.
-int32_t FindType(const CRegularFile& file, const CInterruptWatch& watch)
+// As a stream, so that a disk that fails shows, a long search can be stopped, and the answer is that of the other verbs. A
+// type that was fixed stays; of it is looked at the first chunk.
+int32_t FindType(const CRegularFile& file, const CInterruptWatch& watch, int32_t nFixedType)
 {
-    CFrameSource source;
+    CFrameSource source(nFixedType);
     std::vector<uint8_t> chunk(sc_chunk);
     uint64_t nDone = 0;
     while (const size_t nRead = file.ReadAt(nDone, chunk)) {
@@ -41,6 +42,10 @@ int32_t FindType(const CRegularFile& file, const CInterruptWatch& watch)
         if (nResult == KX_ERROR_STREAM_NOSUPPORT)
             throw CAppError(EXIT_CODE::Format, file.Name() + " is a stream of type " + StreamTypeName(nType) + " (" +
                                                    std::to_string(nType) + "), which is not supported");
+        for (LISTED_FRAME listed; source.Next(listed);) {
+            if (listed.parsed.streamType == KX_STREAM_TYPE_HB)
+                throw CNoIndex(file.Name());
+        }
         if (nType != KX_STREAM_TYPE_UNKNOWN)
             return nType;
     }
@@ -49,7 +54,13 @@ int32_t FindType(const CRegularFile& file, const CInterruptWatch& watch)
                                               : ": no known stream format in " + std::to_string(nDone) + " bytes"));
 }
 
-LISTED_FRAME ListedFrame(const FrameInfo& record, int64_t nFrameOffset, int64_t nPayloadOffset, int32_t nStreamType)
+struct FORMAT
+{
+    int32_t nStreamType;
+    int32_t nInnerType;
+};
+
+LISTED_FRAME ListedFrame(const FrameInfo& record, int64_t nFrameOffset, int64_t nPayloadOffset, const FORMAT& format)
 {
     LISTED_FRAME listed;
     listed.parsed = record;
@@ -57,7 +68,8 @@ LISTED_FRAME ListedFrame(const FrameInfo& record, int64_t nFrameOffset, int64_t 
     if (record.bHasDecrypt != 0)
         listed.parsed.nEncryptType = KX_ENCRYPT_AES;
     listed.frame = listed.parsed;
-    listed.nStreamType = nStreamType;
+    listed.nStreamType = format.nStreamType;
+    listed.nInnerType = format.nInnerType;
     listed.nFrameOffset = nFrameOffset;
     listed.nPayloadOffset = nPayloadOffset;
     TakeAnnouncedSize(listed);
@@ -75,7 +87,7 @@ int64_t PayloadOffset(const FrameInfo& record, int64_t nFrameOffset)
 class CRecording::CPass : private CFileAnalyzer
 {
 public:
-    CPass(const std::string& path, std::span<const uint8_t> key);
+    CPass(const std::string& path, std::span<const uint8_t> key, int32_t nFixedType);
     ~CPass() override { Uninit(); } // while the members that the thread works on are still there
     CPass(const CPass&) = delete;
     CPass& operator=(const CPass&) = delete;
@@ -86,6 +98,7 @@ public:
     const CRegularFile& File() const { return m_file; }
     uint64_t Size() const { return m_nSize; }
     int32_t Type() const { return m_nType; }
+    int32_t InnerType() { return GetInnerType(); }
 
 private:
     int OnIndex(KX_INDEX_INFO* indexInfo, FrameInfo* frameInfo, ExtZOAVIFrameInfo* frameInfoEx) override;
@@ -94,6 +107,7 @@ private:
                              void* pUserData);
 
     void Start();
+    bool IsAbandoned();
     void WaitForEnd(CProgressBar& progress);
     void JudgePass();
     void JudgeRest(uint64_t nFrom);
@@ -101,6 +115,7 @@ private:
     // From before the type is known to the end: a Ctrl-C that came between two shorter watches would be forgotten.
     CInterruptWatch m_watch;
     CRegularFile m_file;
+    int32_t m_nFixedType; // 0: found out
     int32_t m_nType;
     uint64_t m_nSize;
     uint64_t m_nReadEnd = 0; // behind the last frame that Read has answered
@@ -117,8 +132,8 @@ private:
     std::exception_ptr m_failure; // of the taker
 };
 
-CRecording::CPass::CPass(const std::string& path, std::span<const uint8_t> key)
-    : m_file(path), m_nType(FindType(m_file, m_watch)), m_nSize(m_file.Size())
+CRecording::CPass::CPass(const std::string& path, std::span<const uint8_t> key, int32_t nFixedType)
+    : m_file(path), m_nFixedType(nFixedType), m_nType(FindType(m_file, m_watch, nFixedType)), m_nSize(m_file.Size())
 {
     InitEx(m_nType, path.c_str());
     std::vector<uint8_t> copy(key.begin(), key.end());
@@ -137,10 +152,22 @@ KX_FILE_INFO CRecording::CPass::Run(const TakeFrame& take, CProgressBar& progres
         throw;
     }
     CloseThread();
+    if (IsAbandoned())
+        throw CNoIndex(m_file.Name());
     JudgePass();
     // The window still holds the pass's last bytes, and the next read would begin with them.
     Seek(0, true);
     return m_info;
+}
+
+// Then nothing can be read any more, wherever the pass has met the frame.
+bool CRecording::CPass::IsAbandoned()
+{
+    FrameInfo record = {};
+    ExtZOAVIFrameInfo ext = {};
+    int64_t nOffset = 0;
+    return m_nType == KX_STREAM_TYPE_OLD && SeekByFileOffset(0, KX_SEEK_PRECISE_OFFSET) == 0 &&
+           ReadOneFrame(&nOffset, &record, &ext) == KX_ERROR_PARAMETER;
 }
 
 void CRecording::CPass::Start()
@@ -179,6 +206,10 @@ void CRecording::CPass::JudgePass()
     const auto nEnd = static_cast<uint64_t>(m_nEnd.load());
     m_nSize = std::max({m_nSize, nEnd, static_cast<uint64_t>(m_info.filesize64)}); // it may have grown meanwhile
     JudgeRest(nEnd);
+    if (m_nFixedType != KX_STREAM_TYPE_UNKNOWN && nEnd == 0)
+        throw CAppError(EXIT_CODE::Format, m_file.Name() + ": no frame of a stream of type " + StreamTypeName(m_nType) +
+                                               " (" + std::to_string(m_nType) + ") in " + std::to_string(m_nSize) +
+                                               " bytes");
 }
 
 // Behind the last frame there is nothing, or a frame that is cut off, or what is no frame: all of it can be read.
@@ -222,7 +253,8 @@ bool CRecording::CPass::Read(LISTED_FRAME& listed)
         throw std::bad_alloc();
     if (nResult != 0)
         throw CAppError(EXIT_CODE::Io, "reading " + m_file.Name() + " failed with code " + std::to_string(nResult));
-    listed = ListedFrame(record, nOffset, PayloadOffset(record, nOffset), m_nType);
+    listed = ListedFrame(record, nOffset, PayloadOffset(record, nOffset), {m_nType, GetInnerType()});
+    listed.bNumbered = InnerFormatName(m_nType, listed.nInnerType).empty();
     m_nReadEnd = static_cast<uint64_t>(nOffset + std::max(int32_t{record.frameLen}, 0));
     return true;
 }
@@ -232,10 +264,13 @@ int CRecording::CPass::OnIndex(KX_INDEX_INFO* indexInfo, FrameInfo* frameInfo, E
     if (m_failure)
         return KX_SUCCESS; // the owner is about to stop the pass
     const int64_t nFrame = indexInfo->frameOffset;
-    m_nGood += frameInfo->errorFlags == KX_ERROR_FLAGS_NOERROR ? 1 : 0;
+    const FORMAT format = {m_nType, GetInnerType()};
+    // The library's summary counts no frame of audio alone.
+    const bool bAudioAlone = m_nType == KX_STREAM_TYPE_OLD && format.nInnerType == KX_STREAM_TYPE_UNKNOWN;
+    m_nGood += frameInfo->errorFlags == KX_ERROR_FLAGS_NOERROR && !bAudioAlone ? 1 : 0;
     m_nEnd.store(nFrame + frameInfo->frameLen, std::memory_order_relaxed);
     try {
-        (*m_pTake)(ListedFrame(*frameInfo, nFrame, indexInfo->streamOffset, m_nType), indexInfo->index);
+        (*m_pTake)(ListedFrame(*frameInfo, nFrame, indexInfo->streamOffset, format), indexInfo->index);
     } catch (...) { // no exception may pass through the library
         const std::lock_guard lock(m_lock);
         m_failure = std::current_exception();
@@ -259,8 +294,14 @@ int32_t CRecording::CPass::OnEndMark(void*, KX_FRAME_INFO*, KX_INDEX_INFO*, int3
     return KX_SUCCESS;
 }
 
-CRecording::CRecording(const std::string& path, std::span<const uint8_t> key)
-    : m_pPass(std::make_unique<CPass>(path, key))
+CNoIndex::CNoIndex(const std::string& name)
+    : CAppError(EXIT_CODE::Format,
+                name + " has no index: its frames are of hb, or audio with the heads of hb, and are read "
+                       "as a stream only; \"framesift frames\", \"info\" and \"extract\" do so")
+{}
+
+CRecording::CRecording(const std::string& path, std::span<const uint8_t> key, int32_t nType)
+    : m_pPass(std::make_unique<CPass>(path, key, nType))
 {}
 
 CRecording::~CRecording() = default;
@@ -298,6 +339,11 @@ uint64_t CRecording::Size() const
 int32_t CRecording::StreamType() const
 {
     return m_pPass->Type();
+}
+
+int32_t CRecording::InnerType() const
+{
+    return m_pPass->InnerType();
 }
 
 } // namespace Marvane::FrameSift

@@ -2,8 +2,11 @@
 
 #include <fmt/format.h>
 
+#include "Frames/CodeNames.h"
+#include "Frames/FrameFilter.h"
 #include "Frames/FramePrinter.h"
 #include "Frames/ProgressBar.h"
+#include "Frames/TypeOption.h"
 #include "Io/Interrupt.h"
 #include "Io/OutputSink.h"
 #include "Keys/KeyOption.h"
@@ -29,7 +32,10 @@ std::string Example()
            "--offset N finds the last key frame whose head, of 24 bytes, lies in front of N, and failing that goes on "
            "from N; with --precise it "
            "finds\n"
-           "the first frame at or behind N.\n"
+           "the first frame at or behind N. In the older formats it finds the last key frame that begins at or in "
+           "front "
+           "of N.\n"
+           "Of these only new, new-ex and new-ex1 tell times, and hb cannot be sought at all.\n"
            "Exit codes: 0 done, 2 wrong usage, a place outside the recording too, 3 cannot read or write, 4 format "
            "not\n"
            "recognised or no frame found, 130 interrupted.";
@@ -54,6 +60,7 @@ CSeekCommand::CSeekCommand(CLI::App& app)
     pTime->excludes(pOffset);
     m_pVerb->add_flag("--precise", m_bPrecise, "Find the frame itself and not a key frame in front of it");
     AddKeyOption(*m_pVerb, m_key);
+    AddTypeOption(*m_pVerb, m_nType);
     m_pVerb->add_flag("--json", m_bJson, "The frame as a JSON object in one line");
 }
 
@@ -62,7 +69,7 @@ EXIT_CODE CSeekCommand::Run()
     if (!m_time && !m_offset)
         throw CAppError(EXIT_CODE::Usage, "seek needs --time or --offset");
     const CInterruptWatch watch;
-    CRecording recording(m_path, m_key);
+    CRecording recording(m_path, m_key, m_nType);
     if (m_time)
         GoToTime(recording);
     else
@@ -82,13 +89,36 @@ void CSeekCommand::GoToTime(CRecording& recording)
 
 void CSeekCommand::GoToOffset(CRecording& recording)
 {
-    CProgressBar progress(recording.Size(), false);
-    recording.Index([](const LISTED_FRAME&, int64_t) {}, progress);
+    const int64_t nStart = StartInFront(recording);
     if (static_cast<uint64_t>(*m_offset) > recording.Size())
         throw CAppError(EXIT_CODE::Usage, fmt::format("{} has no offset {}: it has {} bytes", recording.Name(),
                                                       *m_offset, recording.Size()));
-    recording.Seek(*m_offset, m_bPrecise && !IsKeyFrameInFront(recording));
     m_nWanted = m_bPrecise ? *m_offset : 0;
+    // In the older formats the library finds no key frames, so that the pass has looked for them.
+    if (!InnerFormatName(recording.StreamType(), recording.InnerType()).empty())
+        recording.Seek(nStart, true);
+    else
+        recording.Seek(*m_offset, m_bPrecise && !IsKeyFrameInFront(recording));
+}
+
+// The last key frame that begins at or in front of the place; without one, the last frame that does; without any, the place.
+int64_t CSeekCommand::StartInFront(CRecording& recording) const
+{
+    CProgressBar progress(recording.Size(), false);
+    FRAME_FILTER keys;
+    keys.bKeysOnly = true;
+    std::optional<int64_t> key;
+    int64_t nLast = *m_offset;
+    recording.Index(
+        [&](const LISTED_FRAME& listed, int64_t) {
+            if (listed.nFrameOffset > *m_offset)
+                return;
+            nLast = listed.nFrameOffset;
+            if (keys.Passes(listed.frame))
+                key = nLast;
+        },
+        progress);
+    return key.value_or(nLast);
 }
 
 bool CSeekCommand::IsKeyFrameInFront(CRecording& recording) const

@@ -25,6 +25,7 @@ public:
 private:
     void GoToTime(CRecording& recording);
     void GoToOffset(CRecording& recording);
+    int64_t StartInFront(CRecording& recording) const;
     bool IsKeyFrameInFront(CRecording& recording) const;
     LISTED_FRAME ReadFrame(CRecording& recording) const;
     void Print(const LISTED_FRAME& listed) const;
@@ -36,6 +37,7 @@ private:
     bool m_bPrecise = false;
     bool m_bJson = false;
     std::vector<uint8_t> m_key;
+    int32_t m_nType = 0;   // KX_STREAM_TYPE_*; 0: to be found out
     int64_t m_nWanted = 0; // frames in front of this offset are passed over
 };
 

@@ -1,5 +1,6 @@
 // The head of a video object layer: ISO/IEC 14496-2, 6.2.3, and 6.2.14 for the studio profiles.
 #include <algorithm>
+#include <array>
 #include <initializer_list>
 
 #include "ESParse/MPEG4ESParser.h"
@@ -146,9 +147,11 @@ bool CMPEG4ESParser::ParseVol(CBitsStream& bs, int32_t& nStudioProfile, int32_t&
 
 int CMPEG4ESParser::ParseBlock20(const uint8_t* pDataAfter20, uint32_t nLen, FrameInfo& frameInfo, bool& bIsHBE)
 {
-    constexpr uint32_t nMostBytes = 20;
+    std::array<uint8_t, 20> head;
+    head.fill(0xFF);
+    std::copy_n(pDataAfter20, std::min<size_t>(nLen, head.size()), head.begin());
     CBitsStream bs;
-    bs.Init(pDataAfter20, std::min(nLen, nMostBytes));
+    bs.Init(head.data(), head.size());
     SkipFields(bs, {1, 8}); // random_accessible_vol, video_object_type_indication
     const uint32_t nVerid = ReadVerid(bs);
     SkipAspectRatio(bs);

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "Memory/TryAlloc.h"
+#include "Memory/WindowRead.h"
 #include "StreamAnalzyer/WordSlider.h"
 
 namespace Marvane::FrameSift {
@@ -106,6 +107,20 @@ bool CStreamParseBase::SlideToBorder(CLogicData& logicData, int nFramePos, CWord
         return true;
     m_nSearchedLen = CWordSlider::ToIndex(int64_t{logicData.Size()} - nFramePos);
     return false;
+}
+
+bool CStreamParseBase::IsEndStillAwaited(CLogicData& logicData, int nFramePos)
+{
+    if (nFramePos != 0 || logicData.GetSearchedLen() == 0)
+        return false;
+    CWordSlider slider(logicData, logicData.Size());
+    return !SlideToBorder(logicData, nFramePos, slider);
+}
+
+bool CStreamParseBase::IsBorderBehind(CLogicData& logicData, int nFramePos, int nFrameLen)
+{
+    const auto nNext = ReadWordAt(logicData, int64_t{nFramePos} + nFrameLen);
+    return nNext.has_value() && IsBorderID(static_cast<int>(*nNext));
 }
 
 bool CStreamParseBase::ParseFrameTime(CLogicData* logicData, int64_t& nTime)

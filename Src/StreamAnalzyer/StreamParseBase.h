@@ -65,6 +65,11 @@ protected:
     // Slides on to the border that ends the frame at nFramePos. False at the window's end; then the next cycle's search
     // for the end of the same frame goes on where this one stopped.
     bool SlideToBorder(CLogicData& logicData, int nFramePos, CWordSlider& slider);
+    // Of a frame whose end was searched for in an earlier cycle: true if the end has not come yet. It need not be built
+    // meanwhile, which spares its heads a look at each chunk.
+    bool IsEndStillAwaited(CLogicData& logicData, int nFramePos);
+    // True if a border stands right behind so many bytes of the frame.
+    bool IsBorderBehind(CLogicData& logicData, int nFramePos, int nFrameLen);
 
     bool IsEndTimeMode() const { return UseOfCallBack() == CALLBACK_USE_BASE_END_TIME; }
     CALLBACK_USE UseOfCallBack() const

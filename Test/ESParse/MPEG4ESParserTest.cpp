@@ -216,4 +216,12 @@ TEST(MPEG4ESParser, Samples)
     }
 }
 
+// Whether the ones are there or missing.
+TEST(MPEG4ESParser, WhatIsMissingOfALayerReadsAsOnes)
+{
+    const Bytes head = {0xF9, 0x5E, 0xB1, 0x71, 0xD2, 0xF2, 0x92, 0x1B, 0x54, 0x11, 0x7A, 0x00, 0x00};
+    for (size_t nLen = 0; nLen <= head.size(); ++nLen)
+        EXPECT_EQ(RateOf(Part(head, 0, nLen)), RateOf(Part(head, 0, nLen) + Bytes(20 - nLen, 0xFF))) << nLen;
+}
+
 } // namespace Marvane::FrameSift

@@ -122,8 +122,7 @@ bool CHBStream::BuildAudioFrame(CLogicData& logicData, int nFramePos, FrameInfo&
 
 void CHBStream::FrameVerify(CLogicData* logicData, int frameStartPos, FrameInfo& frame, ExtZOAVIFrameInfo&)
 {
-    const auto word = ReadWordAt(*logicData, int64_t{frameStartPos} + frame.frameLen);
-    if (!word.has_value() || !IsBorderID(static_cast<int>(*word))) {
+    if (!IsBorderBehind(*logicData, frameStartPos, frame.frameLen)) {
         frame.errorFlags = KX_ERROR_FLAGS_LENGTH;
         m_prevBlockSeq = 0;
         m_clearStep = STEP_NEED_CLEAR;

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 
+#include "ESParse/MPEG4ESParser.h"
 #include "Tools/FourCC.h"
 
 namespace Marvane::FrameSift {
@@ -16,8 +17,6 @@ inline constexpr uint32_t sc_wordFB = 0x1FB;
 inline constexpr uint32_t sc_wordFC = 0x1FC;
 inline constexpr uint32_t sc_wordFD = 0x1FD;
 inline constexpr uint32_t sc_wordZOPT = FourCC("ZOPT");
-inline constexpr uint32_t sc_wordSequence = 0x1B0; // these two are heads of MPEG-4
-inline constexpr uint32_t sc_wordVop = 0x1B6;
 
 // Stands for a border too. A scan word starts with it, so a search meets it at once where a byte of ones follows. Kept.
 inline constexpr uint32_t sc_wordOnes = 0xFFFFFFFF;
@@ -32,8 +31,8 @@ constexpr bool IsLegacyStart(uint32_t nWord)
 // tell nothing of the format. Kept.
 constexpr bool IsLegacyAudioOrVideo(uint32_t nWord)
 {
-    return IsLegacyStart(nWord) || nWord == sc_wordHB || nWord == sc_wordZOPT || nWord == sc_wordVop ||
-           nWord == sc_wordSequence;
+    return IsLegacyStart(nWord) || nWord == sc_wordHB || nWord == sc_wordZOPT || nWord == MPEG4_VOP ||
+           nWord == MPEG4_SEQUENCE;
 }
 
 } // namespace Marvane::FrameSift

@@ -107,7 +107,8 @@ bool CNewStream::BuildFrame(CLogicData* logicData, int frameStartPos, FrameInfo&
 CNewStream::BODY CNewStream::TakeBody(CLogicData& logicData, int nFramePos, int nHeadLen, int nLengthPos,
                                       FrameInfo& frame)
 {
-    uint8_t* pHead = logicData.GetData(nFramePos, nHeadLen);
+    // All that is read of a head stands in its first bytes; the longest ends with what nobody reads.
+    uint8_t* pHead = logicData.GetData(nFramePos, std::min(nHeadLen, int{sizeof(NEW_STREAM_I_FRAME_HEADER)}));
     if (pHead == nullptr)
         return BODY::Awaited;
     // The top byte of the length is no part of it, and is taken out of the stream itself.
@@ -205,8 +206,7 @@ bool CNewStream::BuildDataFrame(CLogicData& logicData, int nFramePos, FrameInfo&
 
 void CNewStream::FrameVerify(CLogicData* logicData, int frameStartPos, FrameInfo& frame, ExtZOAVIFrameInfo&)
 {
-    const auto nNext = ReadWordAt(*logicData, int64_t{frameStartPos} + frame.frameLen);
-    if (!nNext.has_value() || !IsBorderID(static_cast<int>(*nNext)))
+    if (!IsBorderBehind(*logicData, frameStartPos, frame.frameLen))
         frame.errorFlags = KX_ERROR_FLAGS_LENGTH;
 }
 

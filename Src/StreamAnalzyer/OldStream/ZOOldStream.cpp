@@ -55,8 +55,10 @@ int CZOOldStream::PureAudioParse(CLogicData* logicData, IFrameCallBack* frameCal
             m_lsAudio.clear();
             if (InitRealSubjectToParse(*logicData) == KX_STREAM_TYPE_UNKNOWN)
                 continue;
-            if (m_pOldStream != nullptr)
+            if (m_pOldStream != nullptr) {
+                logicData->SetSearchedLen(0); // what was judged here has not been searched for the end of a frame
                 return UseRealSubjectToParse(logicData, frameCallBack);
+            }
             // No memory for the parser: the next cycle tries again, with all bytes.
             logicData->SetCurParseIndex(0);
             return KX_SUCCESS;

@@ -43,6 +43,8 @@ bool CZOPTStream::IsBorderID(int scanID)
 
 bool CZOPTStream::BuildFrame(CLogicData* logicData, int frameStartPos, FrameInfo& frame, ExtZOAVIFrameInfo&)
 {
+    if (IsEndStillAwaited(*logicData, frameStartPos))
+        return false;
     return static_cast<uint32_t>(m_nScanID) == sc_wordZOPT ? BuildVideoFrame(*logicData, frameStartPos, frame)
                                                            : BuildAudioFrame(*logicData, frameStartPos, frame);
 }
@@ -97,12 +99,12 @@ void CZOPTStream::TakeHeadFacts(std::span<const uint8_t> body, FrameInfo& frame)
     for (size_t nPos = 0; nPos < body.size(); ++nPos) {
         nWord = nWord << 8 | body[nPos];
         const auto behind = body.subspan(nPos + 1);
-        if (nWord == gsk_mpeg4Vol) {
+        if (nWord == MPEG4_FIRST_VOL) {
             CMPEG4ESParser::ParseBlock20(behind.data(), static_cast<uint32_t>(behind.size()), frame, bRateFound);
-        } else if (nWord == gsk_mpeg4UserData && !bRateFound && behind.size() >= gsk_userDataLen) {
+        } else if (nWord == MPEG4_USER_DATA && !bRateFound && behind.size() >= gsk_userDataLen) {
             frame.frameRate = UserDataRate(behind[gsk_userDataRatePos]);
             nPos += gsk_userDataLen;
-        } else if (nWord == gsk_mpeg4GroupOfVop && behind.size() >= gsk_groupTimeLen) {
+        } else if (nWord == MPEG4_GROUP_OF_VOP && behind.size() >= gsk_groupTimeLen) {
             TakeGroupTime(behind.data(), frame);
             nPos += gsk_groupTimeLen;
         }
@@ -119,8 +121,7 @@ bool CZOPTStream::BuildAudioFrame(CLogicData& logicData, int nFramePos, FrameInf
 
 void CZOPTStream::FrameVerify(CLogicData* logicData, int frameStartPos, FrameInfo& frame, ExtZOAVIFrameInfo&)
 {
-    const auto nNext = ReadWordAt(*logicData, int64_t{frameStartPos} + frame.frameLen);
-    if (!nNext.has_value() || !IsBorderID(static_cast<int>(*nNext)))
+    if (!IsBorderBehind(*logicData, frameStartPos, frame.frameLen))
         frame.errorFlags = KX_ERROR_FLAGS_LENGTH;
 }
 
@@ -129,8 +130,12 @@ bool CZOPTStream::GetActualFrameLength(CLogicData* logicData, int frameStartPos,
     if (CStreamParseBase::GetActualFrameLength(logicData, frameStartPos, frame))
         return true;
     // The frame waits, and is built again: it must be neither numbered nor learnt from twice.
-    m_mpeg4ESParser = m_formerESParser;
-    --(frame.frameType == KX_FRAME_TYPE_VIDEO ? m_nVideoFrameNumber : m_nAudioFrameNumber);
+    if (frame.frameType == KX_FRAME_TYPE_VIDEO) {
+        m_mpeg4ESParser = m_formerESParser;
+        --m_nVideoFrameNumber;
+    } else {
+        --m_nAudioFrameNumber;
+    }
     return false;
 }
 

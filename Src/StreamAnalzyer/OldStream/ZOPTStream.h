@@ -40,7 +40,7 @@ private:
     static void TakeHeadFacts(std::span<const uint8_t> body, FrameInfo& frame);
 
     CMPEG4ESParser m_mpeg4ESParser;
-    CMPEG4ESParser m_formerESParser; // as it was in front of the last frame
+    CMPEG4ESParser m_formerESParser; // as it was in front of the last picture
 };
 
 } // namespace Marvane::FrameSift

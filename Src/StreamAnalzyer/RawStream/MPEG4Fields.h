@@ -4,19 +4,15 @@
 
 #include <cstdint>
 
+#include "ESParse/MPEG4ESParser.h"
 #include "IAnalyzer/FrameInfo.h"
 #include "Tools/KXConvert.h"
 
 namespace Marvane::FrameSift {
 
-// Start codes (ISO/IEC 14496-2) as a scan word.
-inline constexpr uint32_t gsk_mpeg4VideoObject = 0x100;
-inline constexpr uint32_t gsk_mpeg4VideoObject1 = 0x101;
-inline constexpr uint32_t gsk_mpeg4Vol = 0x120;
-inline constexpr uint32_t gsk_mpeg4Sequence = 0x1B0;
-inline constexpr uint32_t gsk_mpeg4UserData = 0x1B2;
-inline constexpr uint32_t gsk_mpeg4GroupOfVop = 0x1B3;
-inline constexpr uint32_t gsk_mpeg4Vop = 0x1B6;
+// The frames of a raw stream begin at these, among others.
+inline constexpr uint32_t gsk_firstObject = MPEG4_FIRST_OBJECT;
+inline constexpr uint32_t gsk_secondObject = MPEG4_FIRST_OBJECT + 1;
 
 // In the user data that recorders write, the byte at this place behind the start code is the frame rate.
 inline constexpr int gsk_userDataRatePos = 6;

@@ -1,7 +1,5 @@
 #include "StreamAnalzyer/RawStream/RawMPEG4Heads.h"
 
-#include <algorithm>
-
 #include "ESParse/MPEG4ESParser.h"
 #include "Memory/WindowRead.h"
 #include "StreamAnalzyer/RawStream/MPEG4Fields.h"
@@ -10,9 +8,9 @@ namespace Marvane::FrameSift {
 
 namespace {
 
-// A video object layer is read in this many bytes. Fewer will do if it ends before, but never less than the minimum.
-constexpr int sc_maxVolLen = 20;
-constexpr int sc_minVolLen = 11;
+// A video object layer is read in this many bytes, whatever stands in them, so that the rate depends on nothing but the
+// stream.
+constexpr int sc_volLen = 20;
 
 // The first byte behind the code of a VOP holds its type; no border can end in these.
 constexpr int sc_vopHeadLen = 3;
@@ -22,7 +20,7 @@ constexpr int32_t sc_noUserRate = 25;
 
 constexpr bool IsHead(uint32_t nWord)
 {
-    return nWord == gsk_mpeg4Vol || nWord == gsk_mpeg4UserData || nWord == gsk_mpeg4GroupOfVop || nWord == gsk_mpeg4Vop;
+    return nWord == MPEG4_FIRST_VOL || nWord == MPEG4_USER_DATA || nWord == MPEG4_GROUP_OF_VOP || nWord == MPEG4_VOP;
 }
 
 // A sprite VOP counts as a P VOP.
@@ -52,7 +50,7 @@ public:
             if (!m_slider.SlideTo(
                     [&](int scanID) { return IsHead(static_cast<uint32_t>(scanID)) || m_slider.Pos() >= nLastPos; }))
                 return false;
-            if (m_slider.Word() == gsk_mpeg4Vop)
+            if (m_slider.Word() == MPEG4_VOP)
                 return ReadVop();
             if (!ReadHead())
                 return false;
@@ -64,12 +62,12 @@ private:
     bool ReadHead()
     {
         switch (m_slider.Word()) {
-        case gsk_mpeg4Vol:
+        case MPEG4_FIRST_VOL:
             return ReadVol();
-        case gsk_mpeg4UserData:
+        case MPEG4_USER_DATA:
             // A rate from the layer itself is worth more.
             return m_bRateFound || ReadUserData();
-        case gsk_mpeg4GroupOfVop:
+        case MPEG4_GROUP_OF_VOP:
             return ReadGroup();
         default:
             return true;
@@ -78,17 +76,10 @@ private:
 
     bool ReadVol()
     {
-        const int64_t nPos = m_slider.Pos() + 1;
-        const int64_t nThere = std::min<int64_t>(m_logicData.Size() - nPos, sc_maxVolLen);
-        const uint8_t* pVol = nThere >= sc_minVolLen ? GetDataAt(m_logicData, nPos, nThere) : nullptr;
+        const uint8_t* pVol = Behind(sc_volLen);
         if (pVol == nullptr)
             return false;
-        // A layer ends with the next start code at the latest. It depends on nothing but the stream then: if neither that
-        // code nor all bytes are in the window, the frame's end is not either, and the frame is read again.
-        constexpr uint8_t prefix[] = {0, 0, 1};
-        const uint8_t* pNextCode = std::search(pVol, pVol + nThere, std::begin(prefix), std::end(prefix));
-        const auto nVolLen = std::max<int64_t>(pNextCode != pVol + nThere ? pNextCode - pVol : nThere, sc_minVolLen);
-        CMPEG4ESParser::ParseBlock20(pVol, static_cast<uint32_t>(nVolLen), m_frame, m_bRateFound);
+        CMPEG4ESParser::ParseBlock20(pVol, sc_volLen, m_frame, m_bRateFound);
         return true;
     }
 

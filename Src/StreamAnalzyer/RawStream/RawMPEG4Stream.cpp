@@ -1,6 +1,5 @@
 #include "StreamAnalzyer/RawStream/RawMPEG4Stream.h"
 
-#include "Memory/WindowRead.h"
 #include "StreamAnalzyer/OldStream/LegacyWords.h"
 #include "StreamAnalzyer/RawStream/MPEG4Fields.h"
 #include "StreamAnalzyer/RawStream/RawMPEG4Heads.h"
@@ -30,10 +29,10 @@ int CRawMPEG4Stream::FlushBuffer(CLogicData* logicData, IFrameCallBack* frameCal
 bool CRawMPEG4Stream::IsBorderID(int scanID)
 {
     switch (static_cast<uint32_t>(scanID)) {
-    case gsk_mpeg4VideoObject:
-    case gsk_mpeg4VideoObject1:
-    case gsk_mpeg4Sequence:
-    case gsk_mpeg4Vop:
+    case gsk_firstObject:
+    case gsk_secondObject:
+    case MPEG4_SEQUENCE:
+    case MPEG4_VOP:
     case sc_wordAudio:
         return true;
     default:
@@ -58,6 +57,8 @@ bool CRawMPEG4Stream::BuildFrame(CLogicData* logicData, int frameStartPos, Frame
 
 bool CRawMPEG4Stream::BuildVideoFrame(CLogicData& logicData, int nFramePos, FrameInfo& frame)
 {
+    if (IsEndStillAwaited(logicData, nFramePos))
+        return false;
     const uint8_t* pHeads = logicData.GetData(nFramePos, gsk_rawMpeg4HeadsLen);
     if (pHeads == nullptr)
         return false;
@@ -66,7 +67,11 @@ bool CRawMPEG4Stream::BuildVideoFrame(CLogicData& logicData, int nFramePos, Fram
     frame.frameSubType = KX_FRAME_SUB_TYPE_VIDEO_I_FRAME;
     // A frame that waits for its end comes here again, and must not be learnt from twice.
     CMPEG4ESParser esParser = m_mpeg4ESParser;
-    const bool bSized = esParser.Parse(pHeads, gsk_rawMpeg4HeadsLen, frame) == 0;
+    if (esParser.Parse(pHeads, gsk_rawMpeg4HeadsLen, frame) == 0) {
+        // The size holds from now on, also if the rest of this frame is lost.
+        m_nWidth = frame.width;
+        m_nHeight = frame.height;
+    }
     CWordSlider slider(logicData, logicData.Size());
     slider.Restart(int64_t{nFramePos} - 1);
     if (!ReadRawMPEG4Heads(logicData, slider, frame) || !SlideToBorder(logicData, nFramePos, slider))
@@ -76,10 +81,6 @@ bool CRawMPEG4Stream::BuildVideoFrame(CLogicData& logicData, int nFramePos, Fram
     if (pFrame == nullptr)
         return false;
     m_mpeg4ESParser = esParser;
-    if (bSized) {
-        m_nWidth = frame.width;
-        m_nHeight = frame.height;
-    }
     frame.frameSeq = genVideoSeq();
     frame.deinterlace = KX_DEINTERLACE_NONE;
     frame.width = m_nWidth;
@@ -123,10 +124,7 @@ bool CRawMPEG4Stream::GetActualFrameLength(CLogicData*, int, FrameInfo&)
 
 bool CRawMPEG4Stream::FrameLengthVerify(CLogicData* logicData, int frameStartPos, int frameLen)
 {
-    if (logicData == nullptr)
-        return false;
-    const auto word = ReadWordAt(*logicData, int64_t{frameStartPos} + frameLen);
-    return word.has_value() && IsBorderID(static_cast<int>(*word));
+    return logicData != nullptr && IsBorderBehind(*logicData, frameStartPos, frameLen);
 }
 
 } // namespace Marvane::FrameSift

@@ -154,4 +154,17 @@ TEST(HbStream, SoundIsNumberedOnceHoweverLongItWaits)
     EXPECT_EQ((Fields{frame.streamType, frame.frameSeq, frame.streamLen}), (Fields{KX_STREAM_TYPE_HB, 2, 20}));
 }
 
+TEST(HbStream, ASizeHoldsThoughItsPictureIsLost)
+{
+    const json sample = SampleOf("mpeg4/qcif15_ip.m4v");
+    const Bytes picture = UnitOf(ReadSample(sample["file"]), sample["units"][0]) + Bytes(1024, 0x55);
+    const Bytes bare = Bytes{0, 0, 1, 0xB6, 0x10} + Bytes(1019, 0x55);
+    Bytes stream = HbBlock({}, 1, picture);
+    for (const uint32_t nNumber : {3U, 4U, 5U, 6U}) // block 3 shows the loss, block 4 begins anew
+        stream = stream + HbBlock({}, nNumber, bare);
+    const auto frames = FramesOf<CHBStream>(stream + LegacyEndMark());
+    ASSERT_EQ(frames.size(), 1U);
+    EXPECT_EQ((Fields{frames[0].frame.width, frames[0].frame.height}), (Fields{176, 144}));
+}
+
 } // namespace Marvane::FrameSift

@@ -138,6 +138,23 @@ TEST(ZOOldStream, SixHBIDsInAllHoweverTheyAreSpread)
     }
 }
 
+// How far the stream was judged is no place from which the end of a frame is looked for.
+TEST(ZOOldStream, TheParserBehindTheHandOverLooksForItself)
+{
+    Bytes waiting(100, 0x55);
+    std::copy_n(Bytes{0, 0, 1, 0xF1}.begin(), 4, waiting.begin() + 40);
+    const Bytes first = Bytes{0, 0, 1, 0xB6} + Bytes(4, 0x11) + LegacyEndMark() + Bytes{14, 2, 0, 2} + waiting;
+    const Bytes key = NewKeyFrame(NEW_HEADS::New, {}, Picture());
+    const Bytes rest = Bytes(500, 0x55) + key + key + LegacyEndMark();
+    OldParse whole;
+    OldParse cut;
+    const auto told = Told(whole.Feed(first + rest));
+    ASSERT_EQ(told.size(), 4U);
+    EXPECT_EQ(told.front(), (Fields{2, 1, 48, KX_ERROR_FLAGS_LENGTH}));
+    EXPECT_TRUE(cut.Feed(first).empty());
+    EXPECT_EQ(Told(cut.Feed(rest)), told);
+}
+
 TEST(ZOOldStream, HeadsOfMPEG4DecideNothing)
 {
     OldParse parse;

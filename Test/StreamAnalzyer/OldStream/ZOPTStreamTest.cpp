@@ -91,4 +91,17 @@ TEST(ZOPTStream, AFrameThatEndsNowhereGoesToTheNextID)
     EXPECT_TRUE(frames[0].bHasExt);
 }
 
+// A studio profile that a picture has shown holds, however often a frame of wrong length behind it is built anew.
+TEST(ZOPTStream, WhatAPictureTeachesOutlivesAFrameThatWaits)
+{
+    const Bytes studio = Bytes{0, 0, 1, 0xB0, 0xE1} + sc_iVop;
+    const json sample = SampleOf("mpeg4/qcif15_ip.m4v");
+    const Bytes picture = UnitOf(ReadSample(sample["file"]), sample["units"][0]);
+    Bytes audio = OldAudioFrame(14, 2, Counting(60));
+    audio[6] = 20;
+    const auto frames = FramesOf<CZOPTStream>(ZoptFrame(studio) + audio + ZoptFrame(picture) + LegacyEndMark());
+    ASSERT_EQ(frames.size(), 3U);
+    EXPECT_EQ(int32_t{frames[2].frame.width}, 352); // assumed, as the profiles do not mix
+}
+
 } // namespace Marvane::FrameSift
