@@ -10,6 +10,7 @@ namespace Marvane::FrameSift {
 namespace {
 
 constexpr int32_t sc_initialSize = 16384;
+constexpr int32_t sc_noWaste = 1 << 30; // above it, what was consumed would cost bytes that an index could count
 
 } // namespace
 
@@ -48,7 +49,7 @@ int CLogicBuffer::MoveRemainBufferToFixBuffer()
         m_fixBuffer.FreeEarlierBlocks();
         m_nFront = m_nKeepFrom;
         m_nKeepFrom = -1;
-        if (m_nFront >= m_fixBuffer.GetDataLen() - m_nFront) {
+        if (m_nFront >= m_fixBuffer.GetDataLen() - m_nFront || m_fixBuffer.GetDataLen() > sc_noWaste) {
             m_fixBuffer.RemoveFront(m_nFront);
             m_nFront = 0;
         }

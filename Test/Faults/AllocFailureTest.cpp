@@ -7,6 +7,8 @@
 #include <new>
 #include <thread>
 
+#include "Support/RandomLegacy.h"
+#include "Support/RandomStream.h"
 #include "Support/Sift.h"
 #include "Support/TempDirectory.h"
 
@@ -258,18 +260,24 @@ TEST(AllocFailure, NoneLeavesARecordingAsAnException)
 
 TEST(AllocFailure, NoneLeavesACallAsAnException)
 {
-    const Bytes stream = FiveFrames();
-    g_nUntilFailure = -1;
-    EXPECT_EQ(Live(stream).nGoodFrames, 5);
-    int nHurt = 0;
-    for (int nFailing = 0; nFailing < 60; ++nFailing) {
-        g_nUntilFailure = nFailing;
-        LIFE life;
-        EXPECT_NO_THROW(life = Live(stream)) << "allocation " << nFailing;
-        g_bCounting = false;
-        nHurt += life.bFailureSeen || life.nGoodFrames < 5 ? 1 : 0;
+    std::vector<Bytes> streams = {FiveFrames()};
+    for (const LEGACY_FORMAT eFormat :
+         {LEGACY_FORMAT::New, LEGACY_FORMAT::Zopt, LEGACY_FORMAT::Hb, LEGACY_FORMAT::Audio})
+        streams.push_back(Joined(RandomLegacyFrames(eFormat, 1, 30, 4000)));
+    for (const Bytes& stream : streams) {
+        g_nUntilFailure = -1;
+        const int nSound = Live(stream).nGoodFrames;
+        EXPECT_GE(nSound, 5);
+        int nHurt = 0;
+        for (int nFailing = 0; nFailing < 60; ++nFailing) {
+            g_nUntilFailure = nFailing;
+            LIFE life;
+            EXPECT_NO_THROW(life = Live(stream)) << "allocation " << nFailing;
+            g_bCounting = false;
+            nHurt += life.bFailureSeen || life.nGoodFrames < nSound ? 1 : 0;
+        }
+        EXPECT_GT(nHurt, 0); // else no failure was reached
     }
-    EXPECT_GT(nHurt, 0); // else no failure was reached
 }
 
 } // namespace Marvane::FrameSift

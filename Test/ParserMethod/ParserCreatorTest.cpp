@@ -133,15 +133,19 @@ TEST(Detector, KeepsWhatItMayNeedAndNoMore)
     EXPECT_EQ(detector.Feed(Bytes(frame.begin() + 2, frame.end())), 8U); // a magic across the cut
 }
 
-TEST(Detector, MakesParsersForTheFamilyOnly)
+TEST(Detector, MakesParsersForStreamsAndFiles)
 {
-    for (const uint32_t nType : {8U, 195U, 196U, 197U}) {
+    for (const auto& [nType, nParserType] : Rows<uint32_t, int>{
+             {1, KX_STREAM_TYPE_RAW_MPEG4}, {194, 0}, {8, KX_STREAM_TYPE_ZOSTD}, {195, 8}, {196, 8}, {197, 8}}) {
         const auto pParser = CParserCreator::CreateStreamAnalyzer(nType);
-        ASSERT_NE(pParser, nullptr) << nType;
-        EXPECT_EQ(pParser->GetType(), KX_STREAM_TYPE_ZOSTD);
+        const auto pFile = CParserCreator::CreateFileAnalyzer(nType);
+        ASSERT_TRUE(pParser != nullptr && pFile != nullptr) << nType;
+        EXPECT_EQ((Fields{pParser->GetType(), pFile->GetInnerType()}), (Fields{nParserType, nParserType}));
     }
-    for (const uint32_t nType : {0U, 2U, 7U, 256U})
-        EXPECT_EQ(CParserCreator::CreateStreamAnalyzer(nType), nullptr) << nType;
+    for (const uint32_t nType : {0U, 2U, 4U, 7U, 192U, 256U})
+        EXPECT_TRUE(CParserCreator::CreateStreamAnalyzer(nType) == nullptr &&
+                    CParserCreator::CreateFileAnalyzer(nType) == nullptr)
+            << nType;
 }
 
 TEST(Detector, ChecksOutsideTheChain)
