@@ -111,7 +111,7 @@ void Measure(benchmark::State& state, CASE& row, size_t nChunk)
     for (auto _ : state)
         benchmark::DoNotOptimize(nFound = nChunk != 0 ? CountByLibrary(row.stream, row.nType, nChunk)
                                                       : CountStartCodes(row.stream));
-    state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * row.stream.size()));
+    state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(row.stream.size()));
     state.counters["found"] = static_cast<double>(nFound);
 }
 

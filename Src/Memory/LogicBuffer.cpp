@@ -49,7 +49,8 @@ int CLogicBuffer::MoveRemainBufferToFixBuffer()
         m_fixBuffer.FreeEarlierBlocks();
         m_nFront = m_nKeepFrom;
         m_nKeepFrom = -1;
-        if (m_nFront >= m_fixBuffer.GetDataLen() - m_nFront || m_fixBuffer.GetDataLen() > sc_noWaste) {
+        if (m_nFront > 0 &&
+            (m_nFront >= m_fixBuffer.GetDataLen() - m_nFront || m_fixBuffer.GetDataLen() > sc_noWaste)) {
             m_fixBuffer.RemoveFront(m_nFront);
             m_nFront = 0;
         }

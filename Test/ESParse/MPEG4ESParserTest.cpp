@@ -201,7 +201,8 @@ TEST(MPEG4ESParser, Samples)
             const int32_t nSubType = SubTypeOf(unit);
             ASSERT_EQ(parser.GetFrameSubType(bytes.data(), LengthOf(bytes)), nSubType);
             EXPECT_EQ(parser.IsNextFrame(bytes.data(), LengthOf(bytes)), unit["vop"] != "S");
-            const auto vol = std::ranges::search(bytes, Bytes{0, 0, 1, 0x20}).end();
+            const Bytes code = {0, 0, 1, 0x20};
+            const auto vol = std::search(bytes.begin(), bytes.end(), code.begin(), code.end());
             const bool bVol = vol != bytes.end();
             EXPECT_EQ(bVol, unit["key"]);
             EXPECT_EQ(AnswersOf(bytes), bVol ? (Fields{0, nWidth, nHeight, 9, 1, nWidth, nHeight})
@@ -211,7 +212,7 @@ TEST(MPEG4ESParser, Samples)
             const double dRate =
                 facts["vop_time_increment_resolution"].get<double>() / facts["fixed_vop_time_increment"].get<double>();
             // 11 bytes are as much as a plain head needs.
-            EXPECT_EQ(RateOf(Bytes(vol, vol + 11)), (Fields{static_cast<int64_t>(dRate + 0.5), 1}));
+            EXPECT_EQ(RateOf(Bytes(vol + 4, vol + 15)), (Fields{static_cast<int64_t>(dRate + 0.5), 1}));
         }
     }
 }

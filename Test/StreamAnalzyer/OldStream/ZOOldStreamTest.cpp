@@ -43,7 +43,7 @@ TEST(ZOOldStream, AudioAloneIsParsedHereInBothForms)
 {
     for (const auto& [bEx, nHeadLen, nStreamType] : Rows<bool, int, int>{{false, 8, 4}, {true, 16, 5}}) {
         Bytes wire;
-        for (const size_t nSize : {20, 0, 300}) {
+        for (const size_t nSize : {size_t{20}, size_t{0}, size_t{300}}) {
             const Bytes samples = Counting(nSize);
             wire = wire + (bEx ? OldAudioFrameEx(14, 4, samples) : OldAudioFrame(14, 4, samples));
         }
