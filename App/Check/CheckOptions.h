@@ -14,6 +14,9 @@ struct CLOCK_LIMITS
 {
     CLOCK_MS nBack = 1000;   // B frames stand behind the frame that they are shown in front of
     CLOCK_MS nAhead = 10000; // a slow time-lapse still has a frame every few seconds
+
+    // nExpected: so far the clock should have come, as CSharedTime knows.
+    bool IsJump(CLOCK_MS nStep, CLOCK_MS nExpected) const { return nStep < -nBack || nStep > nAhead + nExpected; }
 };
 
 struct CHECK_OPTIONS

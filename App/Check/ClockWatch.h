@@ -8,6 +8,7 @@
 
 #include "Check/CheckOptions.h"
 #include "Check/CheckReport.h"
+#include "Check/SharedTime.h"
 
 namespace Marvane::FrameSift {
 
@@ -23,6 +24,7 @@ private:
     using KIND_AND_CHANNEL = std::pair<int32_t, uint8_t>;
 
     CLOCK_LIMITS m_limits;
+    CSharedTime m_sharedTime;
     std::map<KIND_AND_CHANNEL, FRAME_MARK> m_last;
 };
 

@@ -11,6 +11,7 @@
 #include "Frames/CodeNames.h"
 #include "Frames/FrameSource.h"
 #include "Frames/ProgressBar.h"
+#include "Frames/WhyNoFrames.h"
 #include "Io/EscapeBytes.h"
 #include "Io/InputFile.h"
 
@@ -41,7 +42,8 @@ public:
     void ReadAll(CInputFile& input)
     {
         CProgressBar progress(input.Size(), false);
-        while (const size_t nRead = ReadFull(input)) {
+        // Whole chunks, so that a pipe that gives its bytes in crumbs is read like a file.
+        while (const size_t nRead = input.ReadAtLeast(m_chunk, m_chunk.size())) {
             const auto chunk = std::span(m_chunk).first(nRead);
             m_sha256.Update(chunk);
             m_report.nBytes += nRead;
@@ -77,21 +79,9 @@ public:
     }
 
 private:
-    // Whole chunks, so that a pipe that gives its bytes in crumbs is read like a file.
-    size_t ReadFull(CInputFile& input)
-    {
-        size_t nFilled = 0;
-        while (nFilled < m_chunk.size()) {
-            const size_t nRead = input.Read(std::span(m_chunk).subspan(nFilled));
-            if (nRead == 0)
-                break;
-            nFilled += nRead;
-        }
-        return nFilled;
-    }
-
     void TakeChunk(std::span<uint8_t> chunk)
     {
+        m_start.Take(chunk);
         Judge(m_source.Feed(chunk));
         TakeRecords();
         if (m_block && BlockEnd() <= m_report.nBytes)
@@ -164,7 +154,7 @@ private:
         if (m_report.nBytes == 0)
             return "it is empty";
         if (m_report.nStreamType == KX_STREAM_TYPE_UNKNOWN)
-            return "no known stream format in " + std::to_string(m_report.nBytes) + " bytes";
+            return m_start.NoFormatText(m_report.nBytes);
         if (!m_bSupported)
             return "it is a stream of type " + StreamTypeName(m_report.nStreamType) + " (" +
                    std::to_string(m_report.nStreamType) + "), which is not supported";
@@ -172,9 +162,8 @@ private:
             return "it is a recording of hb, whose pictures are put together from blocks: nothing accounts for its "
                    "bytes; "
                    "\"framesift info\" tells what is in it";
-        if (m_bFixedType && !m_bAnyFrame)
-            return "no frame of a stream of type " + StreamTypeName(m_report.nStreamType) + " (" +
-                   std::to_string(m_report.nStreamType) + ") in " + std::to_string(m_report.nBytes) + " bytes";
+        if (!m_bAnyFrame && NeedsFrame(m_report.nStreamType, m_bFixedType))
+            return NoFrameText(m_report.nStreamType, m_report.nBytes);
         return {};
     }
 
@@ -189,6 +178,7 @@ private:
     std::vector<uint8_t> m_chunk;
     CFrameSource m_source; // has no key: sums are of the bytes as they stand
     bool m_bFixedType;
+    CInputStart m_start;
     CSha256 m_sha256;
     CByteTail m_tail;
     std::optional<OPEN_BLOCK> m_block;

@@ -23,7 +23,9 @@ std::string Example()
            "the\n"
            "first frame behind --to; audio and data between these places come along. A part that reaches out of the\n"
            "recording ends with it. Damaged frames are copied as long as they are whole; bytes in no frame are left "
-           "out.\n" +
+           "out.\n"
+           "The bytes that are told at the end are all that were written; of an older format, the 4 that close it are "
+           "among them.\n" +
            std::string(gsk_timeHelp) +
            "--to is looked for at or behind --from.\n"
            "Exit codes: 0 done, 2 wrong usage, a part outside the recording too, 3 cannot read or write, 4 format not\n"

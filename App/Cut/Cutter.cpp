@@ -68,7 +68,9 @@ void CopyRange(CRecording& recording, const FOUND_RANGE& range, COutputSink& out
     const int64_t nPart = std::max(nEnd, range.nEnd) - range.start.nOffset;
     result.nLeftOutBytes = static_cast<uint64_t>(nPart) - result.nBytes;
     if (recording.StreamType() == KX_STREAM_TYPE_OLD) { // where only the next frame ends one
-        output.Write(LegacyEndMark());
+        const Bytes mark = LegacyEndMark();
+        output.Write(mark);
+        result.nBytes += mark.size();
         if (IsEndMark(recording, static_cast<uint64_t>(nEnd)))
             result.nLeftOutBytes = 0;
     }

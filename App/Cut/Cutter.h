@@ -26,7 +26,7 @@ struct CUT_RESULT
     uint64_t nKeys = 0; // among them
     uint64_t nAudio = 0;
     uint64_t nOther = 0;
-    uint64_t nBytes = 0;
+    uint64_t nBytes = 0;        // written
     uint64_t nLeftOutBytes = 0; // of the part, in no frame
 };
 

@@ -62,7 +62,8 @@ constexpr FRAME_FIELD sc_fields[] = {
     {"offset", [](const LISTED_FRAME& l) -> FIELD_VALUE { return l.nFrameOffset; }},
     {"payload_offset",
      [](const LISTED_FRAME& l) {
-         return l.frame.streamLen > 0 && !IsPutTogether(l) ? FIELD_VALUE(l.nPayloadOffset) : FIELD_VALUE();
+         const bool bHasPlace = l.frame.streamLen > 0 && !IsPutTogether(l) && !IsPayloadLost(l);
+         return bHasPlace ? FIELD_VALUE(l.nPayloadOffset) : FIELD_VALUE();
      }},
     {"kind", [](const LISTED_FRAME& l) { return TextOrNothing(FrameTypeName(l.frame.frameType)); }},
     {"subtype", [](const LISTED_FRAME& l) { return TextOrNothing(SubTypeText(l.frame)); }},
@@ -81,7 +82,8 @@ constexpr FRAME_FIELD sc_fields[] = {
     {"channels", [](const LISTED_FRAME& l) { return IfAudio(l, l.frame.channels); }},
     {"bits_per_sample", [](const LISTED_FRAME& l) { return IfAudio(l, l.frame.bitsPerSample); }},
     {"frame_length", [](const LISTED_FRAME& l) -> FIELD_VALUE { return int64_t{l.frame.frameLen}; }},
-    {"payload_length", [](const LISTED_FRAME& l) -> FIELD_VALUE { return int64_t{l.frame.streamLen}; }},
+    {"payload_length",
+     [](const LISTED_FRAME& l) { return IsPayloadLost(l) ? FIELD_VALUE() : FIELD_VALUE(int64_t{l.frame.streamLen}); }},
     {"stream_type", [](const LISTED_FRAME& l) -> FIELD_VALUE { return int64_t{l.nStreamType}; }},
     {"error", [](const LISTED_FRAME& l) { return TextOrNothing(ErrorName(l.frame.errorFlags)); }},
     {"cipher", [](const LISTED_FRAME& l) { return TextOrNothing(CipherName(l.parsed.nEncryptType)); }},

@@ -1,9 +1,19 @@
 #include "Frames/FrameReading.h"
 
+#include <algorithm>
+
 #include "Frames/CodeNames.h"
 #include "Io/AppError.h"
 
 namespace Marvane::FrameSift {
+
+namespace {
+
+// Several frames in a row, or blocks of hb, must be there at once for the older formats to show: of a pipe that gives its
+// bytes in crumbs so much is awaited. What comes behind is handed on as it comes.
+constexpr size_t sc_leastAtFirst = size_t{256} * 1024;
+
+} // namespace
 
 CFrameReading::CFrameReading(const std::string& path, int32_t nChunk, std::span<const uint8_t> key,
                              bool bListingOnTerminal, int32_t nType)
@@ -21,11 +31,24 @@ bool CFrameReading::ReadChunk()
 {
     if (m_bEnd)
         return false;
-    const size_t nRead = m_input.Read(m_chunk);
+    const size_t nRead = Read();
     m_nBytes += nRead;
+    m_start.Take(std::span(m_chunk).first(nRead));
     m_bEnd = nRead == 0;
     JudgeResult(m_bEnd ? m_source.Flush() : m_source.Feed(std::span(m_chunk).first(nRead)));
     return true;
+}
+
+size_t CFrameReading::Read()
+{
+    if (m_bInputEnd)
+        return 0;
+    if (m_nBytes > 0)
+        return m_input.Read(m_chunk);
+    const size_t nLeast = std::min(m_chunk.size(), sc_leastAtFirst);
+    const size_t nRead = m_input.ReadAtLeast(m_chunk, nLeast);
+    m_bInputEnd = nRead < nLeast; // a terminal would ask for another end
+    return nRead;
 }
 
 bool CFrameReading::Next(LISTED_FRAME& listed)
@@ -41,14 +64,11 @@ void CFrameReading::RequireFormat()
         throw CAppError(EXIT_CODE::Format, m_input.Name() + " is empty");
     if (m_bAnyFrame)
         return;
-    if (m_bFixed)
-        throw CAppError(EXIT_CODE::Format, m_input.Name() + ": no frame of a stream of type " +
-                                               StreamTypeName(StreamType()) + " (" + std::to_string(StreamType()) +
-                                               ") in " + std::to_string(m_nBytes) + " bytes");
-    if (StreamType() != KX_STREAM_TYPE_UNKNOWN)
-        return;
-    throw CAppError(EXIT_CODE::Format,
-                    m_input.Name() + ": no known stream format in " + std::to_string(m_nBytes) + " bytes");
+    const int32_t nType = StreamType();
+    if (NeedsFrame(nType, m_bFixed))
+        throw CAppError(EXIT_CODE::Format, m_input.Name() + ": " + NoFrameText(nType, m_nBytes));
+    if (nType == KX_STREAM_TYPE_UNKNOWN)
+        throw CAppError(EXIT_CODE::Format, m_input.Name() + ": " + m_start.NoFormatText(m_nBytes));
 }
 
 void CFrameReading::JudgeResult(int nResult)

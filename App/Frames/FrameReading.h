@@ -9,6 +9,7 @@
 
 #include "Frames/FrameSource.h"
 #include "Frames/ProgressBar.h"
+#include "Frames/WhyNoFrames.h"
 #include "Io/InputFile.h"
 
 namespace Marvane::FrameSift {
@@ -29,7 +30,7 @@ public:
     // False if all frames of the chunk are taken.
     bool Next(LISTED_FRAME& listed);
     void ShowProgress() { m_progress.Update(m_nBytes); }
-    // Throws CAppError if what was read shows no format, or has no frame of the one that was fixed.
+    // Throws CAppError if what was read shows no format, or has no frame of one that takes it.
     void RequireFormat();
 
     int32_t StreamType() { return m_source.StreamType(); }
@@ -38,16 +39,19 @@ public:
     const CInputFile& Input() const { return m_input; }
 
 private:
+    size_t Read();
     void JudgeResult(int nResult);
 
     CInputFile m_input;
     CProgressBar m_progress;
     std::vector<uint8_t> m_chunk;
     CFrameSource m_source;
+    CInputStart m_start;
     bool m_bFixed; // the type
     bool m_bAnyFrame = false;
     uint64_t m_nBytes = 0;
-    bool m_bEnd = false;
+    bool m_bInputEnd = false;
+    bool m_bEnd = false; // of the frames too
 };
 
 } // namespace Marvane::FrameSift

@@ -28,6 +28,14 @@ inline CIPHER_STATE CipherStateOf(const FrameInfo& parsed)
     return parsed.bHasDecrypt != 0 ? CIPHER_STATE::Deciphered : CIPHER_STATE::Enciphered;
 }
 
+// In the older formats a head whose length is not believed is stepped over with a few bytes, but its record still tells
+// the payload that would have been.
+inline bool IsPayloadLost(const LISTED_FRAME& listed)
+{
+    const bool bOld = listed.nStreamType == KX_STREAM_TYPE_OLD || listed.nStreamType == KX_STREAM_TYPE_MPEG4;
+    return bOld && listed.frame.errorFlags == KX_ERROR_FLAGS_LENGTH && listed.frame.streamLen > listed.frame.frameLen;
+}
+
 // A record starts out with 0, which is KX_DEINTERLACE_PAIR: only with a head that speaks of the picture does it count. The
 // head of a key frame of New always does.
 inline bool IsInterlaceTold(const LISTED_FRAME& listed)

@@ -88,6 +88,8 @@ std::string CFrameSummary::DamageText(uint64_t nOutside) const
         m_nDamaged == 0 ? std::string() : fmt::format("{}: {}", m_nDamaged, CountsText(m_damageByFlag, &ErrorName));
     if (nOutside > 0)
         text += fmt::format("{}{} bytes in no frame", text.empty() ? "" : "; ", nOutside);
+    if (!m_bHasPlaces)
+        text += fmt::format("{}not looked at: pictures are put together from blocks", text.empty() ? "" : "; else ");
     return text.empty() ? "none" : text;
 }
 

@@ -15,6 +15,19 @@ std::string TimeText(const KX_TIME& time)
                        time.nMinute, time.nSecond, time.nMilliSecond);
 }
 
+std::string TimeOrHourText(const KX_TIME& time)
+{
+    const bool bDated = time.nYear != 0 || time.nMonth != 0 || time.nDay != 0;
+    KX_TIME dated = time;
+    dated.nMonth = 1;
+    dated.nDay = 1;
+    // Midnight is what a record holds that has not been told anything.
+    const bool bTold = time.nHour != 0 || time.nMinute != 0 || time.nSecond != 0;
+    if (bDated || !bTold || !IsCalendarTime(dated))
+        return TimeText(time);
+    return fmt::format("{:02}:{:02}:{:02}", time.nHour, time.nMinute, time.nSecond);
+}
+
 std::string SubTypeText(const FrameInfo& frame)
 {
     return IsLostFrame(frame) ? std::string() : SubTypeName(frame.frameType, frame.frameSubType);

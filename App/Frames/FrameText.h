@@ -13,6 +13,9 @@ namespace Marvane::FrameSift {
 // "2026-01-31T10:00:00.250", as the recording's clock says; empty for a time that does not exist.
 std::string TimeText(const KX_TIME& time);
 
+// "13:30:29" of a time that has no date, as MPEG-4 tells one in the head of a group; else as TimeText.
+std::string TimeOrHourText(const KX_TIME& time);
+
 // Names; empty where the frame has none, as a place of lost frames.
 std::string SubTypeText(const FrameInfo& frame);
 std::string CodecText(const FrameInfo& frame);

@@ -52,6 +52,11 @@ std::string NumberText(const LISTED_FRAME& listed)
     return listed.bNumbered ? fmt::format("{}", static_cast<uint32_t>(listed.frame.frameSeq)) : "-";
 }
 
+std::string PayloadText(const LISTED_FRAME& listed)
+{
+    return IsPayloadLost(listed) ? "-" : fmt::format("{}", +listed.frame.streamLen);
+}
+
 class CTextPrinter : public CFramePrinter
 {
 public:
@@ -65,8 +70,8 @@ public:
     {
         const FrameInfo& frame = listed.frame;
         return fmt::format(sc_columns, listed.nFrameOffset, FrameTypeName(frame.frameType), OrDash(SubTypeText(frame)),
-                           OrDash(CodecText(frame)), OrDash(TimeText(KX_TIME(frame.frameTime))), +frame.timeStamp,
-                           NumberText(listed), +frame.frameLen, +frame.streamLen, CipherText(listed.parsed),
+                           OrDash(CodecText(frame)), OrDash(TimeOrHourText(KX_TIME(frame.frameTime))), +frame.timeStamp,
+                           NumberText(listed), +frame.frameLen, PayloadText(listed), CipherText(listed.parsed),
                            OrDash(ErrorName(frame.errorFlags)), WithInnerFormat(listed));
     }
 };

@@ -50,6 +50,18 @@ size_t CInputFile::Read(std::span<uint8_t> buffer)
     }
 }
 
+size_t CInputFile::ReadAtLeast(std::span<uint8_t> buffer, size_t nLeast)
+{
+    size_t nFilled = 0;
+    while (nFilled < nLeast) {
+        const size_t nRead = Read(buffer.subspan(nFilled));
+        if (nRead == 0)
+            break;
+        nFilled += nRead;
+    }
+    return nFilled;
+}
+
 bool CInputFile::IsSameFile(const std::string& path) const
 {
     struct stat mine = {};

@@ -20,6 +20,8 @@ public:
 
     // Answers what is there, as soon as something is there: a slow pipe gives short reads. 0 at the end.
     size_t Read(std::span<uint8_t> buffer);
+    // Waits until the buffer holds nLeast bytes, or less at the end.
+    size_t ReadAtLeast(std::span<uint8_t> buffer, size_t nLeast);
     // 0 unless this is a regular file.
     uint64_t Size() const { return m_nSize; }
     const std::string& Name() const { return m_name; } // escaped, for messages

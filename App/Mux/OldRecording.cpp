@@ -35,6 +35,7 @@ void COldRecording::RequireAudio(const MediaUnit& unit) const
 
 Bytes COldRecording::Audio(const MediaUnit& unit, const UNIT_PLACE&)
 {
+    ++m_nFrames;
     m_nChannels = std::max(m_nChannels, unit.nChannels);
     const auto build = m_eHead == OLD_AUDIO_HEAD::Short ? &OldAudioFrame : &OldAudioFrameEx;
     return build(m_options.pAudioCodec->chEncodeType, SampleCode(unit.nSamplesPerSec), unit.payload);
@@ -49,6 +50,10 @@ std::vector<std::string> COldRecording::Notes() const
                                     m_nChannels, Family()));
     if (m_options.bStartGiven && !m_options.pFamily->bHasClock)
         notes.push_back(fmt::format("the family {} carries no time of a clock: --start has no effect", Family()));
+    const bool bAudioAlone = m_options.pFamily->videoCodecs == "none";
+    if (bAudioAlone && m_eHead == OLD_AUDIO_HEAD::Short && m_nFrames == 1)
+        notes.emplace_back("one audio frame alone is not seen, with --type 194 neither: only a second one right behind "
+                           "it shows the format");
     return notes;
 }
 
@@ -68,26 +73,35 @@ std::vector<std::string> CZoptRecording::Notes() const
 
 Bytes CMpeg4Recording::Video(const MediaUnit& unit, const UNIT_PLACE&)
 {
-    m_nSinceLastPicture = unit.payload.size();
+    m_lastPictures.push_back(m_nSize);
+    Grow(unit.payload.size());
     return unit.payload;
 }
 
 Bytes CMpeg4Recording::Audio(const MediaUnit& unit, const UNIT_PLACE& place)
 {
     Bytes frame = COldRecording::Audio(unit, place);
-    if (m_nSinceLastPicture)
-        *m_nSinceLastPicture += frame.size();
+    Grow(frame.size());
     return frame;
+}
+
+void CMpeg4Recording::Grow(size_t nBytes)
+{
+    m_nSize += nBytes;
+    while (!m_lastPictures.empty() && m_nSize - m_lastPictures.front() >= sc_leastRawPicture)
+        m_lastPictures.pop_front();
 }
 
 std::vector<std::string> CMpeg4Recording::Notes() const
 {
     auto notes = COldRecording::Notes();
     notes.emplace_back("an elementary stream is not recognised by itself: name the type to readers, --type 1");
-    if (m_nSinceLastPicture.value_or(sc_leastRawPicture) < sc_leastRawPicture)
-        notes.push_back(fmt::format("the last picture is shorter than {} bytes: readers wait for more bytes and do not "
-                                    "see it; let more follow",
-                                    sc_leastRawPicture));
+    const size_t nUnread = m_lastPictures.size();
+    if (nUnread > 0)
+        notes.push_back(fmt::format("the last {} within {} bytes of the end: readers wait for more bytes and do not "
+                                    "see {}; let more follow",
+                                    nUnread == 1 ? "picture begins" : fmt::format("{} pictures begin", nUnread),
+                                    sc_leastRawPicture, nUnread == 1 ? "it" : "them"));
     return notes;
 }
 

@@ -2,7 +2,7 @@
 #ifndef FRAMESIFT_APP_MUX_OLDRECORDING_H
 #define FRAMESIFT_APP_MUX_OLDRECORDING_H
 
-#include <optional>
+#include <deque>
 
 #include "FrameWriter/LegacyFrameWriter.h"
 #include "Mux/MuxOptions.h"
@@ -37,6 +37,7 @@ private:
     const MUX_OPTIONS& m_options;
     OLD_AUDIO_HEAD m_eHead;
     uint32_t m_nChannels = 0; // most of one frame
+    uint64_t m_nFrames = 0;
 };
 
 class CNewRecording : public COldRecording
@@ -99,7 +100,10 @@ public:
     std::vector<std::string> Notes() const override;
 
 private:
-    std::optional<size_t> m_nSinceLastPicture; // bytes from its first one on
+    void Grow(size_t nBytes);
+
+    size_t m_nSize = 0;
+    std::deque<size_t> m_lastPictures; // the offsets of those that have too few bytes from there to the end
 };
 
 } // namespace Marvane::FrameSift

@@ -12,6 +12,7 @@
 #include "Frames/AnnouncedSize.h"
 #include "Frames/CodeNames.h"
 #include "Frames/ProgressBar.h"
+#include "Frames/WhyNoFrames.h"
 #include "Io/AppError.h"
 #include "Io/Interrupt.h"
 #include "ParserMethod/FileAnalyzer.h"
@@ -31,10 +32,12 @@ int32_t FindType(const CRegularFile& file, const CInterruptWatch& watch, int32_t
 {
     CFrameSource source(nFixedType);
     std::vector<uint8_t> chunk(sc_chunk);
+    CInputStart start;
     uint64_t nDone = 0;
     while (const size_t nRead = file.ReadAt(nDone, chunk)) {
         watch.ThrowIfAsked();
         nDone += nRead;
+        start.Take(std::span(chunk).first(nRead));
         const int nResult = source.Feed(std::span(chunk).first(nRead));
         const int32_t nType = source.StreamType();
         if (nResult == KX_ERROR_SYSTEM_OUT_OF_MEMORY)
@@ -50,8 +53,7 @@ int32_t FindType(const CRegularFile& file, const CInterruptWatch& watch, int32_t
             return nType;
     }
     throw CAppError(EXIT_CODE::Format,
-                    file.Name() + (nDone == 0 ? std::string(" is empty")
-                                              : ": no known stream format in " + std::to_string(nDone) + " bytes"));
+                    file.Name() + (nDone == 0 ? std::string(" is empty") : ": " + start.NoFormatText(nDone)));
 }
 
 struct FORMAT
@@ -206,10 +208,8 @@ void CRecording::CPass::JudgePass()
     const auto nEnd = static_cast<uint64_t>(m_nEnd.load());
     m_nSize = std::max({m_nSize, nEnd, static_cast<uint64_t>(m_info.filesize64)}); // it may have grown meanwhile
     JudgeRest(nEnd);
-    if (m_nFixedType != KX_STREAM_TYPE_UNKNOWN && nEnd == 0)
-        throw CAppError(EXIT_CODE::Format, m_file.Name() + ": no frame of a stream of type " + StreamTypeName(m_nType) +
-                                               " (" + std::to_string(m_nType) + ") in " + std::to_string(m_nSize) +
-                                               " bytes");
+    if (nEnd == 0 && NeedsFrame(m_nType, m_nFixedType != KX_STREAM_TYPE_UNKNOWN))
+        throw CAppError(EXIT_CODE::Format, m_file.Name() + ": " + NoFrameText(m_nType, m_nSize));
 }
 
 // Behind the last frame there is nothing, or a frame that is cut off, or what is no frame: all of it can be read.

@@ -20,13 +20,13 @@ std::string ClockText(CLOCK_MS nClock)
 
 } // namespace
 
-MOMENT CTimeLine::Follow(CLOCK_MS nClock, int32_t nFrameRate)
+MOMENT CTimeLine::Follow(CLOCK_MS nClock, int32_t nFrameRate, CLOCK_MS nShared)
 {
     if (!m_last) {
         m_nEarliest = nClock;
         m_nLatest = nClock;
     }
-    const MOMENT now{nClock, m_last ? m_last->nRunning + StepTo(nClock, nFrameRate) : 0};
+    const MOMENT now{nClock, m_last ? m_last->nRunning + StepTo(nClock, nFrameRate, nShared) : 0};
     m_nEarliest = std::min(m_nEarliest, nClock);
     m_nLatest = std::max(m_nLatest, nClock);
     m_nLongest = std::max(m_nLongest, now.nRunning);
@@ -34,15 +34,17 @@ MOMENT CTimeLine::Follow(CLOCK_MS nClock, int32_t nFrameRate)
     return now;
 }
 
-int64_t CTimeLine::StepTo(CLOCK_MS nClock, int32_t nFrameRate)
+int64_t CTimeLine::StepTo(CLOCK_MS nClock, int32_t nFrameRate, CLOCK_MS nShared)
 {
     const int64_t nStep = nClock - m_last->nClock;
-    if (nStep >= -m_limits.nBack && nStep <= m_limits.nAhead) {
+    if (!m_limits.IsJump(nStep, nShared)) {
         ++m_nSteps;
         m_nStepsMs += nStep;
         return nStep;
     }
     ++m_nJumps;
+    if (nShared > 0)
+        return nShared;
     // The mean, since a clock without milliseconds stands still between its seconds, and a time-lapse may tell any rate.
     if (m_nSteps > 0)
         return std::max<int64_t>(m_nStepsMs / m_nSteps, 1);

@@ -23,8 +23,8 @@ struct MOMENT
 class CTimeLine
 {
 public:
-    // The next frame in file order.
-    MOMENT Follow(CLOCK_MS nClock, int32_t nFrameRate);
+    // The next frame in file order. nShared: as CSharedTime answers for it.
+    MOMENT Follow(CLOCK_MS nClock, int32_t nFrameRate, CLOCK_MS nShared);
 
     bool IsEmpty() const { return !m_last; }
     const MOMENT& Last() const { return *m_last; }
@@ -33,7 +33,7 @@ public:
     std::string SpanText() const;
 
 private:
-    int64_t StepTo(CLOCK_MS nClock, int32_t nFrameRate);
+    int64_t StepTo(CLOCK_MS nClock, int32_t nFrameRate, CLOCK_MS nShared);
 
     CLOCK_LIMITS m_limits; // as "check" calls it a jump, unless told otherwise
     std::optional<MOMENT> m_last;

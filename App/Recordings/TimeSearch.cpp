@@ -30,8 +30,9 @@ void CLineSearch::Take(const FrameInfo& frame, int64_t nOffset, bool bOfLine, bo
     if (bOfLine && (bEntry || !m_entry))
         m_entry = START_PLACE{nOffset, {}, {}};
     const KX_TIME time = frame.frameTime;
+    const CLOCK_MS nShared = m_sharedTime.Follow(frame); // of all frames: video counts for audio too
     if (bOfLine && IsCalendarTime(time))
-        TakeMoment(m_line.Follow(TimeToClock(time), frame.frameRate), nOffset);
+        TakeMoment(m_line.Follow(TimeToClock(time), frame.frameRate, nShared), nOffset);
     m_begin.Follow(frame, nOffset);
     if (m_entry)
         m_entry->Follow(frame, nOffset);

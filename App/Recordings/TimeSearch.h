@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "Check/SharedTime.h"
 #include "Frames/FrameSource.h"
 #include "Recordings/TimeLine.h"
 
@@ -83,6 +84,7 @@ private:
 
     TIME_RANGE m_range;
     CTimeLine m_line;
+    CSharedTime m_sharedTime;
     START_PLACE m_begin; // of the file
     std::optional<START_PLACE> m_entry;
     std::optional<PLACE> m_first;
