@@ -144,9 +144,9 @@ TEST_F(Extract, CtrlCEndsItAndTellsWhatThereIs)
         stream = stream + ZoavFrame().Seq(nSeq).Payload(Bytes(200000, 0x11)).Build();
     Write(stream);
     // The command waits for its reader when the signal comes.
-    const std::string line = "{ timeout -s INT --preserve-status 2 " FRAMESIFT_COMMAND " extract --video - " +
-                             m_recording + " 2>" + In("errors") + "; echo $? >" + In("code") +
-                             "; } | { sleep 3; cat >" + In("video") + "; }";
+    const std::string line =
+        "{ timeout --foreground -s INT --preserve-status 2 " FRAMESIFT_COMMAND " extract --video - " + m_recording +
+        " 2>" + In("errors") + "; echo $? >" + In("code") + "; } | { sleep 3; cat >" + In("video") + "; }";
     ASSERT_EQ(std::system(line.c_str()), 0);
     EXPECT_EQ(ReadText(In("code")), "130\n");
     EXPECT_NE(ReadText(In("errors")).find("interrupted; standard output is incomplete: it has "), std::string::npos)
@@ -154,8 +154,8 @@ TEST_F(Extract, CtrlCEndsItAndTellsWhatThereIs)
 
     // Here it waits for somebody who reads the pipe.
     ASSERT_EQ(mkfifo(In("pipe").c_str(), 0600), 0);
-    const std::string wait = "timeout -s INT --preserve-status 2 " FRAMESIFT_COMMAND " extract --video " + In("pipe") +
-                             " " + m_recording + " 2>" + In("errors") + "; echo $? >" + In("code");
+    const std::string wait = "timeout --foreground -s INT --preserve-status 2 " FRAMESIFT_COMMAND " extract --video " +
+                             In("pipe") + " " + m_recording + " 2>" + In("errors") + "; echo $? >" + In("code");
     ASSERT_EQ(std::system(wait.c_str()), 0);
     EXPECT_EQ(ReadText(In("code")), "130\n");
 }
