@@ -1,5 +1,7 @@
 #include "Tools/FrameHelper.h"
 
+#include <limits>
+
 #include "Support/Testing.h"
 
 namespace Marvane::FrameSift {
@@ -29,6 +31,15 @@ TEST(FrameHelper, OthersTakeFromTheLastIFrame)
     helper.Clear();
     helper.fillPFrameByKeyFrameInfo(other);
     EXPECT_EQ((Fields{helper.genVideoSeq(), other.width, other.frameRate}), (Fields{1, 0, 0}));
+}
+
+TEST(FrameHelper, CountsOnBehindTheLargestNumber)
+{
+    int nNumber = std::numeric_limits<int>::max();
+    CFrameHelper::CountOn(nNumber);
+    EXPECT_EQ(nNumber, std::numeric_limits<int>::min());
+    CFrameHelper::CountBack(nNumber);
+    EXPECT_EQ(nNumber, std::numeric_limits<int>::max());
 }
 
 } // namespace Marvane::FrameSift

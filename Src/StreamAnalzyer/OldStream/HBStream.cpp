@@ -116,7 +116,8 @@ bool CHBStream::BuildAudioFrame(CLogicData& logicData, int nFramePos, FrameInfo&
 {
     if (!BuildOldAudioFrame(logicData, nFramePos, sc_audioForm, frame))
         return false;
-    frame.frameSeq = m_nAudioFramNumber++;
+    frame.frameSeq = m_nAudioFramNumber;
+    CFrameHelper::CountOn(m_nAudioFramNumber);
     return true;
 }
 
@@ -153,7 +154,7 @@ bool CHBStream::GetActualFrameLength(CLogicData* logicData, int frameStartPos, F
         return true;
     // The frame waits, and an audio frame is numbered when it is built again.
     if (frame.frameType == KX_FRAME_TYPE_AUDIO)
-        --m_nAudioFramNumber;
+        CFrameHelper::CountBack(m_nAudioFramNumber);
     return false;
 }
 

@@ -6,6 +6,7 @@
 #include "Memory/WindowRead.h"
 #include "StreamAnalzyer/OldStream/LegacyWords.h"
 #include "StreamAnalzyer/WordSlider.h"
+#include "Tools/FrameHelper.h"
 
 namespace Marvane::FrameSift {
 
@@ -116,7 +117,8 @@ bool CZOOldStream::InitAudioType(CLogicData& logicData, int nFramePos, FrameInfo
 
 bool CZOOldStream::QueueAudioFrame(CLogicData& logicData, int nFramePos, FrameInfo& frame)
 {
-    frame.frameSeq = m_frameNumber++;
+    frame.frameSeq = m_frameNumber;
+    CFrameHelper::CountOn(m_frameNumber);
     ZOOldPureAudoFrame audio{frame};
     logicData.SetKeyPos(nFramePos + static_cast<int>(frame.streamPointer - frame.framePointer), nFramePos);
     logicData.GetKeyPos(audio.nStreamOffset, audio.nFrameOffset);

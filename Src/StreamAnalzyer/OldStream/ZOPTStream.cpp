@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "ESParse/StartCode.h"
 #include "Memory/WindowRead.h"
 #include "StreamAnalzyer/OldStream/LegacyWords.h"
 #include "StreamAnalzyer/OldStream/OldAudio.h"
@@ -94,19 +95,19 @@ void CZOPTStream::ParseMPEG4Block(std::span<const uint8_t> body, FrameInfo& fram
 // What the heads in front of the picture say of rate and time; the whole body is looked through.
 void CZOPTStream::TakeHeadFacts(std::span<const uint8_t> body, FrameInfo& frame)
 {
-    uint32_t nWord = sc_wordOnes;
     bool bRateFound = false;
-    for (size_t nPos = 0; nPos < body.size(); ++nPos) {
-        nWord = nWord << 8 | body[nPos];
+    for (size_t nPos = FindStartCode(body, 0, 1); nPos < body.size(); nPos = FindStartCode(body, nPos, 1)) {
+        const uint32_t nCode = 0x100U | body[nPos + gsk_startCodeLen];
+        nPos += gsk_startCodeLen; // the next code may begin with this one's last byte
         const auto behind = body.subspan(nPos + 1);
-        if (nWord == MPEG4_FIRST_VOL) {
+        if (nCode == MPEG4_FIRST_VOL) {
             CMPEG4ESParser::ParseBlock20(behind.data(), static_cast<uint32_t>(behind.size()), frame, bRateFound);
-        } else if (nWord == MPEG4_USER_DATA && !bRateFound && behind.size() >= gsk_userDataLen) {
+        } else if (nCode == MPEG4_USER_DATA && !bRateFound && behind.size() >= gsk_userDataLen) {
             frame.frameRate = UserDataRate(behind[gsk_userDataRatePos]);
-            nPos += gsk_userDataLen;
-        } else if (nWord == MPEG4_GROUP_OF_VOP && behind.size() >= gsk_groupTimeLen) {
+            nPos += 1 + gsk_userDataLen;
+        } else if (nCode == MPEG4_GROUP_OF_VOP && behind.size() >= gsk_groupTimeLen) {
             TakeGroupTime(behind.data(), frame);
-            nPos += gsk_groupTimeLen;
+            nPos += 1 + gsk_groupTimeLen;
         }
     }
 }
@@ -132,9 +133,9 @@ bool CZOPTStream::GetActualFrameLength(CLogicData* logicData, int frameStartPos,
     // The frame waits, and is built again: it must be neither numbered nor learnt from twice.
     if (frame.frameType == KX_FRAME_TYPE_VIDEO) {
         m_mpeg4ESParser = m_formerESParser;
-        --m_nVideoFrameNumber;
+        CountBack(m_nVideoFrameNumber);
     } else {
-        --m_nAudioFrameNumber;
+        CountBack(m_nAudioFrameNumber);
     }
     return false;
 }
