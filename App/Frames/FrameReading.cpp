@@ -41,14 +41,9 @@ bool CFrameReading::ReadChunk()
 
 size_t CFrameReading::Read()
 {
-    if (m_bInputEnd)
-        return 0;
     if (m_nBytes > 0)
         return m_input.Read(m_chunk);
-    const size_t nLeast = std::min(m_chunk.size(), sc_leastAtFirst);
-    const size_t nRead = m_input.ReadAtLeast(m_chunk, nLeast);
-    m_bInputEnd = nRead < nLeast; // a terminal would ask for another end
-    return nRead;
+    return m_input.ReadAtLeast(m_chunk, std::min(m_chunk.size(), sc_leastAtFirst));
 }
 
 bool CFrameReading::Next(LISTED_FRAME& listed)

@@ -50,7 +50,6 @@ private:
     bool m_bFixed; // the type
     bool m_bAnyFrame = false;
     uint64_t m_nBytes = 0;
-    bool m_bInputEnd = false;
     bool m_bEnd = false; // of the frames too
 };
 

@@ -37,6 +37,10 @@ CInputFile::~CInputFile()
 
 size_t CInputFile::Read(std::span<uint8_t> buffer)
 {
+    if (m_failure)
+        std::rethrow_exception(m_failure);
+    if (m_bEnd) // a terminal would ask for another one
+        return 0;
     for (;;) {
         const ssize_t nRead = read(m_nFile, buffer.data(), buffer.size());
         if (nRead >= 0)
@@ -52,12 +56,19 @@ size_t CInputFile::Read(std::span<uint8_t> buffer)
 
 size_t CInputFile::ReadAtLeast(std::span<uint8_t> buffer, size_t nLeast)
 {
+    if (m_failure)
+        std::rethrow_exception(m_failure);
     size_t nFilled = 0;
-    while (nFilled < nLeast) {
-        const size_t nRead = Read(buffer.subspan(nFilled));
-        if (nRead == 0)
-            break;
-        nFilled += nRead;
+    while (nFilled < nLeast && !m_bEnd && !m_failure) {
+        try {
+            const size_t nRead = Read(buffer.subspan(nFilled));
+            nFilled += nRead;
+            m_bEnd = nRead == 0;
+        } catch (const CAppError&) {
+            if (nFilled == 0)
+                throw;
+            m_failure = std::current_exception();
+        }
     }
     return nFilled;
 }
